@@ -99,11 +99,7 @@ int64_t Asc(const String& text) {
 }
 
 String Chr(int64_t codePoint) {
-    std::string bytes;
-    if (codePoint >= 0 && codePoint <= 0x10FFFF) {
-        AppendCharacter(bytes, static_cast<char32_t>(codePoint), Encodings::UTF8);
-    }
-    return String(std::move(bytes), Encodings::UTF8);
+    return Encodings::UTF8->Chr(codePoint);
 }
 
 String ChrB(int64_t byteValue) {
