@@ -8,6 +8,11 @@
 namespace vx {
 namespace {
 
+// Characters before the one at start; a start below 1 is taken as 1.
+int64_t charactersBefore(int64_t start) {
+    return start < 1 ? 0 : start - 1;
+}
+
 // The bytes from..to of text under its tag; the whole String is shared.
 String slice(const String& text, std::size_t from, std::size_t to) {
     if (from == 0 && to == text.byteLength()) {
@@ -58,7 +63,8 @@ String Right(const String& text, int64_t count) {
 }
 
 String Mid(const String& text, int64_t start) {
-    const std::size_t from = SkipCharacters(text.bytes(), 0, start - 1, text.encoding());
+    const std::size_t from =
+        SkipCharacters(text.bytes(), 0, charactersBefore(start), text.encoding());
     return slice(text, from, text.byteLength());
 }
 
@@ -66,7 +72,8 @@ String Mid(const String& text, int64_t start, int64_t length) {
     if (length <= 0) {
         return slice(text, 0, 0);
     }
-    const std::size_t from = SkipCharacters(text.bytes(), 0, start - 1, text.encoding());
+    const std::size_t from =
+        SkipCharacters(text.bytes(), 0, charactersBefore(start), text.encoding());
     const std::size_t to = SkipCharacters(text.bytes(), from, length, text.encoding());
     return slice(text, from, to);
 }
