@@ -74,9 +74,9 @@ public:
     int64_t Ubound() const override { return static_cast<int64_t>(items_.size()) - 1; }
     Variant ElementAt(int64_t index) const override { return Variant(Operator_Subscript(index)); }
 
-    const T& Operator_Subscript(int64_t index) const { return items_[checked(index)]; }
+    T Operator_Subscript(int64_t index) const { return items_[checked(index)]; }
     void Operator_Subscript(int64_t index, T value) { items_[checked(index)] = std::move(value); }
-    const T& operator[](int64_t index) const { return Operator_Subscript(index); }
+    T operator[](int64_t index) const { return Operator_Subscript(index); }
 
     void Append(T value) { items_.push_back(std::move(value)); }
     // Index may be one past the end, which appends.
