@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "runtime/Array.h"
+#include "runtime/Object.h"
+#include "runtime/Pair.h"
+#include "runtime/Ref.h"
+#include "runtime/Variant.h"
+
+namespace vx {
+
+// A hash table from Variant to Variant that keeps its keys in the order they
+// were first added. Reading, writing, removing and asking for the key at a
+// place all take constant time on average, so a walk by place is linear.
+class Dictionary : public Object {
+public:
+    Dictionary() = default;
+    // Assigns each pair's Right under its Left, in order, so a later pair with
+    // an equal key wins. A nil array gives an empty table; a nil pair raises
+    // NilObjectException.
+    explicit Dictionary(const Ref<Array<Ref<Pair>>>& entries);
+
+    virtual void Clear();
+    virtual bool HasKey(const Variant& key) const;
+    // The key at place, counted from 0 in insertion order; OutOfBoundsException
+    // outside 0 to Count - 1.
+    virtual Variant Key(int64_t place) const;
+    virtual Ref<Array<Variant>> Keys() const;
+    // The value, or defaultValue when the key is absent.
+    virtual Variant Lookup(const Variant& key, const Variant& defaultValue) const;
+    // KeyNotFoundException when the key is absent.
+    virtual void Remove(const Variant& key);
+    // KeyNotFoundException when the key is absent.
+    virtual Variant Value(const Variant& key) const;
+    // Adds the key at the end if it is new, otherwise replaces its value in place.
+    virtual void Value(const Variant& key, const Variant& value);
+    virtual Ref<Array<Variant>> Values() const;
+
+    int64_t BinCount() const;
+    void BinCount(int64_t bins);
+    int64_t Count() const;
+
+private:
+    struct Entry {
+        Variant key;
+        Variant value;
+        bool removed = false;
+    };
+
+    // Squeezes out removed entries so that a place is again an index of entries_.
+    void compact() const;
+
+    // Insertion order, with removed entries left as holes until the next compaction.
+    mutable std::vector<Entry> entries_;
+    // Key to its index in entries_.
+    mutable std::unordered_map<Variant, std::size_t> index_;
+    mutable std::size_t holes_ = 0;
+};
+
+}  // namespace vx

@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "runtime/Dictionary.h"
+
+namespace vx {
+namespace {
+
+Ref<Array<Ref<Pair>>> pairs(std::initializer_list<std::pair<Variant, Variant>> entries) {
+    auto array = CreateArray<Ref<Pair>>(-1);
+    for (const auto& [left, right] : entries) {
+        array->Append(New<Pair>(left, right));
+    }
+    return array;
+}
+
+std::vector<Variant> keysByPlace(const Dictionary& table) {
+    std::vector<Variant> keys;
+    for (int64_t place = 0; place < table.Count(); ++place) {
+        keys.push_back(table.Key(place));
+    }
+    return keys;
+}
+
+std::vector<Variant> items(const Ref<Array<Variant>>& array) {
+    return std::vector<Variant>(array->begin(), array->end());
+}
+
+TEST(Dictionary, madeFromEmptyArray_isEmpty) {
+    for (const auto& table :
+         {New<Dictionary>(CreateArray<Ref<Pair>>(-1)), New<Dictionary>(Ref<Array<Ref<Pair>>>())}) {
+        EXPECT_EQ(table->Count(), 0);
+        EXPECT_FALSE(table->HasKey(Variant()));
+        EXPECT_FALSE(table->HasKey(0));
+        EXPECT_FALSE(table->HasKey(""));
+        EXPECT_THROW(table->Key(0), OutOfBoundsException);
+    }
+}
+
+TEST(Dictionary, madeFromPairs_laterEqualKeyReplacesEarlierInPlace) {
+    const auto table = New<Dictionary>(pairs({{"a", 1}, {"b", 2}, {"a", 3}}));
+    EXPECT_EQ(table->Count(), 2);
+    EXPECT_EQ(keysByPlace(*table), (std::vector<Variant>{"a", "b"}));
+    EXPECT_EQ(table->Value("a"), Variant(3));
+}
+
+TEST(Dictionary, madeFromArrayWithNilPair_raisesNilObject) {
+    auto array = pairs({{"a", 1}});
+    array->Append(nullptr);
+    EXPECT_THROW(New<Dictionary>(array), NilObjectException);
+}
+
+TEST(Dictionary, absentKey_raisesOnValueAndRemoveButNotOnLookup) {
+    Dictionary table;
+    table.Value("present", 1);
+    EXPECT_THROW(table.Value("absent"), KeyNotFoundException);
+    EXPECT_THROW(table.Remove("absent"), KeyNotFoundException);
+    EXPECT_EQ(table.Lookup("absent", "default"), Variant("default"));
+    EXPECT_EQ(table.Lookup("present", "default"), Variant(1));
+    EXPECT_EQ(table.Count(), 1);
+}
+
+TEST(Dictionary, twoAssignmentsUnderOneKey_keepOneEntryWithTheSecondValue) {
+    Dictionary table;
+    table.Value("first", 0);
+    table.Value("k", "one");
+    table.Value("k", "two");
+    EXPECT_EQ(table.Count(), 2);
+    EXPECT_EQ(table.Value("k"), Variant("two"));
+    EXPECT_EQ(table.Key(1), Variant("k"));
+}
+
+TEST(Dictionary, keyOutsideThePlaces_raisesOutOfBounds) {
+    Dictionary table;
+    table.Value(int64_t{0}, "x");
+    EXPECT_EQ(table.Key(0), Variant(int64_t{0}));
+    EXPECT_THROW(table.Key(1), OutOfBoundsException);
+    EXPECT_THROW(table.Key(-1), OutOfBoundsException);
+}
+
+TEST(Dictionary, numbersOfAnyWidthAreOneKey_butTheirTextIsAnother) {
+    Dictionary table;
+    table.Value(int64_t{1}, "number");
+    table.Value("1", "text");
+    EXPECT_EQ(table.Count(), 2);
+    EXPECT_EQ(table.Value(1), Variant("number"));
+    EXPECT_EQ(table.Value(1.0), Variant("number"));
+    table.Value(1U, "replaced");
+    EXPECT_EQ(table.Count(), 2);
+    EXPECT_EQ(table.Value(int64_t{1}), Variant("replaced"));
+    EXPECT_EQ(table.Value("1"), Variant("text"));
+    EXPECT_FALSE(table.HasKey("01"));
+}
+
+TEST(Dictionary, removeInTheMiddle_keepsTheOrderOfTheRest) {
+    Dictionary table;
+    for (int64_t i = 0; i < 10; ++i) {
+        table.Value(i, i * 10);
+    }
+    for (int64_t i = 0; i < 10; i += 2) {
+        table.Remove(i);
+    }
+    const std::vector<Variant> odd = {int64_t{1}, int64_t{3}, int64_t{5}, int64_t{7}, int64_t{9}};
+    EXPECT_EQ(keysByPlace(table), odd);
+    EXPECT_EQ(items(table.Keys()), odd);
+    EXPECT_EQ(items(table.Values()), (std::vector<Variant>{int64_t{10}, int64_t{30}, int64_t{50},
+                                                           int64_t{70}, int64_t{90}}));
+    table.Value(int64_t{0}, "back");
+    EXPECT_EQ(table.Key(5), Variant(int64_t{0}));
+    EXPECT_EQ(table.Value(int64_t{7}), Variant(int64_t{70}));
+}
+
+TEST(Dictionary, clear_emptiesTheTableForReuse) {
+    Dictionary table;
+    table.Value("a", 1);
+    table.Value("b", 2);
+    table.Remove("a");
+    table.Clear();
+    EXPECT_EQ(table.Count(), 0);
+    EXPECT_FALSE(table.HasKey("b"));
+    table.Value("c", 3);
+    EXPECT_EQ(keysByPlace(table), (std::vector<Variant>{"c"}));
+}
+
+// Random writes, removals and walks by place, checked against a plain list of
+// pairs in insertion order, so every path through the holes is exercised.
+TEST(Dictionary, randomEditsAndWalks_matchAnOrderedList) {
+    std::mt19937 random(12345);
+    Dictionary table;
+    std::vector<std::pair<int64_t, int64_t>> model;
+    const auto find = [&](int64_t key) {
+        return std::find_if(model.begin(), model.end(),
+                            [key](const auto& entry) { return entry.first == key; });
+    };
+    for (int step = 0; step < 20000; ++step) {
+        const int64_t key = random() % 64;
+        switch (random() % 4) {
+            case 0:
+            case 1:
+                table.Value(key, int64_t{step});
+                if (auto entry = find(key); entry != model.end()) {
+                    entry->second = step;
+                } else {
+                    model.emplace_back(key, step);
+                }
+                break;
+            case 2:
+                if (auto entry = find(key); entry != model.end()) {
+                    table.Remove(key);
+                    model.erase(entry);
+                } else {
+                    EXPECT_THROW(table.Remove(key), KeyNotFoundException);
+                }
+                break;
+            default: {
+                ASSERT_EQ(table.Count(), static_cast<int64_t>(model.size()));
+                const int64_t place = model.empty() ? 0 : random() % model.size();
+                if (!model.empty()) {
+                    ASSERT_EQ(VariantToInt64(table.Key(place)), model[place].first);
+                    ASSERT_EQ(VariantToInt64(table.Value(model[place].first)), model[place].second);
+                }
+            }
+        }
+    }
+    std::vector<Variant> expected;
+    for (const auto& entry : model) {
+        expected.emplace_back(entry.first);
+    }
+    EXPECT_EQ(keysByPlace(table), expected);
+}
+
+}  // namespace
+}  // namespace vx
