@@ -38,7 +38,9 @@ std::vector<std::pair<QString, QStringList>> FilterEntries(const String& filter)
         if (found != Registered().end()) {
             entries.emplace_back(word, Patterns(ToQString(found->second)));
         } else {
-            entries.emplace_back(word, Patterns(word));
+            // A word that names no type is one extension, blanks and all.
+            entries.emplace_back(word,
+                                 QStringList{"*." + (word.startsWith('.') ? word.mid(1) : word)});
         }
     }
     return entries;

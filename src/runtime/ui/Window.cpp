@@ -234,12 +234,12 @@ void Window::Title(const String& title) {
 }
 
 void Window::Width(int64_t width) {
-    contentWidth_ = width;
+    _ContentResized(width, contentHeight_);
     ApplySize();
 }
 
 void Window::Height(int64_t height) {
-    contentHeight_ = height;
+    _ContentResized(contentWidth_, height);
     ApplySize();
 }
 
