@@ -27,9 +27,6 @@ bool App::_mnuExtract_Action() {
     if (!file) {
         return true;
     }
-    // Unpacking the chosen package into a temporary folder and launching that
-    // folder follow with the package reader (vxpkFile::open), which this
-    // build does not have yet.
     return true;
 }
 
