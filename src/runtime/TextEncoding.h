@@ -29,6 +29,8 @@ public:
     int64_t code() const { return base_ | (variant_ << 16) | (format_ << 26); }
     String internetName() const { return String(internetName_, nullptr); }
 
+    // The one character in this encoding; empty when the encoding cannot hold it.
+    String Chr(int64_t codePoint) const;
     bool Equals(const TextEncoding* other) const { return other == this; }
     // 0 when equal, 1 when not: encodings have no order.
     int64_t Operator_Compare(const TextEncoding* other) const { return Equals(other) ? 0 : 1; }

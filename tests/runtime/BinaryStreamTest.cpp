@@ -1,0 +1,292 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <functional>
+#include <random>
+
+#include "runtime/BinaryStream.h"
+#include "runtime/FileErrorCode.h"
+#include "runtime/FolderItem.h"
+#include "runtime/TextEncoding.h"
+#include "support/ChildProcess.h"
+#include "support/ScratchFolder.h"
+
+namespace vx {
+namespace {
+
+using test::ScratchFolder;
+
+std::string bytesOf(const String& s) {
+    return std::string(s.bytes());
+}
+String raw(std::string_view bytes) {
+    return String(bytes, nullptr);
+}
+
+// The ErrorNumber of the IOException that action raises, or -1 if none.
+template <class Action>
+int64_t ioErrorOf(Action&& action) {
+    try {
+        action();
+    } catch (const IOException& e) {
+        return e.ErrorNumber;
+    }
+    return -1;
+}
+
+TEST(BinaryStream, createAndOpen_failAsTheirCallersExpect) {
+    ScratchFolder scratch;
+    scratch.writeFile("existing", "old bytes");
+    EXPECT_THROW(BinaryStream::Create(nullptr, false), NilObjectException);
+    EXPECT_THROW(BinaryStream::Create(nullptr, true), NilObjectException);
+    EXPECT_THROW(BinaryStream::Open(nullptr, false), NilObjectException);
+
+    EXPECT_EQ(ioErrorOf([&] { BinaryStream::Create(scratch.item("existing"), false); }), 104);
+    EXPECT_EQ(scratch.readFile("existing"), "old bytes");
+
+    const auto missing = scratch.item("missing");
+    EXPECT_EQ(ioErrorOf([&] { BinaryStream::Open(missing, false); }),
+              PlatformErrorCodeBase + ENOENT);
+    EXPECT_EQ(missing->LastErrorCode(), PlatformErrorCodeBase + ENOENT);
+
+    const auto replaced = BinaryStream::Create(scratch.item("existing"), true);
+    EXPECT_EQ(replaced->Length(), 0u);
+    EXPECT_TRUE(replaced->UseIOExceptions);
+    EXPECT_FALSE(scratch.item("existing")->OpenAsBinaryFile(false)->UseIOExceptions);
+
+    scratch.makeFolder("locked");
+    ::chmod(scratch.path("locked").c_str(), 0755);
+    EXPECT_EQ(test::RunInChild([&] {
+                  return std::to_string(
+                      ioErrorOf([&] { BinaryStream::Create(scratch.item("locked/new"), true); }));
+              }),
+              "102");
+}
+
+TEST(BinaryStream, typedValues_haveTheBytesOfTheirByteOrder) {
+    ScratchFolder scratch;
+    struct Case {
+        std::function<void(BinaryStream&)> write;
+        std::function<bool(BinaryStream&)> readsBack;
+        std::string bigEndian;
+    };
+    const Case cases[] = {
+        {[](auto& s) { s.WriteInt32(1); }, [](auto& s) { return s.ReadInt32() == 1; },
+         std::string("\0\0\0\1", 4)},
+        {[](auto& s) { s.WriteInt32(-2); }, [](auto& s) { return s.ReadInt32() == -2; },
+         "\xff\xff\xff\xfe"},
+        {[](auto& s) { s.WriteInt8(-1); }, [](auto& s) { return s.ReadInt8() == -1; }, "\xff"},
+        {[](auto& s) { s.WriteUInt8(200); }, [](auto& s) { return s.ReadUInt8() == 200; }, "\xc8"},
+        {[](auto& s) { s.WriteInt16(0x0102); }, [](auto& s) { return s.ReadInt16() == 0x0102; },
+         "\x01\x02"},
+        {[](auto& s) { s.WriteUInt16(0xfedc); }, [](auto& s) { return s.ReadUInt16() == 0xfedc; },
+         "\xfe\xdc"},
+        {[](auto& s) { s.WriteUInt32(0x89abcdef); },
+         [](auto& s) { return s.ReadUInt32() == 0x89abcdefu; }, "\x89\xab\xcd\xef"},
+        {[](auto& s) { s.WriteInt64(-0x0102030405060708); },
+         [](auto& s) { return s.ReadInt64() == -0x0102030405060708; },
+         "\xfe\xfd\xfc\xfb\xfa\xf9\xf8\xf8"},
+        {[](auto& s) { s.WriteUInt64(~0ull); }, [](auto& s) { return s.ReadUInt64() == ~0ull; },
+         std::string(8, '\xff')},
+        {[](auto& s) { s.WriteBoolean(true); }, [](auto& s) { return s.ReadBoolean(); }, "\x01"},
+        {[](auto& s) { s.WriteSingle(1.5f); }, [](auto& s) { return s.ReadSingle() == 1.5f; },
+         std::string("\x3f\xc0\0\0", 4)},
+        {[](auto& s) { s.WriteDouble(-2.0); }, [](auto& s) { return s.ReadDouble() == -2.0; },
+         std::string("\xc0\0\0\0\0\0\0\0", 8)},
+        {[](auto& s) { s.WriteCurrency(12.3456); },
+         [](auto& s) { return s.ReadCurrency() == 12.3456; },
+         std::string("\0\0\0\0\0\x01\xe2\x40", 8)},
+    };
+    for (const bool little : {false, true}) {
+        for (std::size_t i = 0; i < std::size(cases); ++i) {
+            const auto stream = BinaryStream::Create(scratch.item("value"), true);
+            stream->LittleEndian = little;
+            cases[i].write(*stream);
+            stream->Position(0);
+            EXPECT_TRUE(cases[i].readsBack(*stream)) << i << " little " << little;
+            stream->Close();
+            std::string expected = cases[i].bigEndian;
+            if (little) {
+                std::reverse(expected.begin(), expected.end());
+            }
+            EXPECT_EQ(scratch.readFile("value"), expected) << i << " little " << little;
+        }
+    }
+}
+
+TEST(BinaryStream, pascalStrings_countBytesUnsignedAndCutAt255) {
+    ScratchFolder scratch;
+    const auto stream = BinaryStream::Create(scratch.item("p"), true);
+    const std::string long300(300, 'x');
+    const std::string utf8 = "\xc3\xa9t\xc3\xa9";
+    stream->WritePString("");
+    stream->WritePString(raw(std::string(200, '\x80')));
+    stream->WritePString(raw(long300));
+    stream->WritePString(raw(utf8));
+    stream->Position(0);
+    EXPECT_EQ(bytesOf(stream->ReadPString()), "");
+    EXPECT_EQ(bytesOf(stream->ReadPString()), std::string(200, '\x80'));
+    const String cut = stream->ReadPString(Encodings::UTF8);
+    EXPECT_EQ(bytesOf(cut), long300.substr(0, 255));
+    EXPECT_EQ(cut.encoding(), Encodings::UTF8);
+    EXPECT_EQ(bytesOf(stream->ReadPString()), utf8);
+    EXPECT_TRUE(stream->EOF_());
+    EXPECT_EQ(bytesOf(stream->ReadPString()), "");
+    stream->Close();
+    EXPECT_EQ(scratch.readFile("p").size(), 1 + 201 + 256 + 6u);
+}
+
+TEST(BinaryStream, readAtTheEnd_isShortForBytesAndAFailureForValues) {
+    ScratchFolder scratch;
+    std::string all;
+    for (int b = 0; b < 256; ++b) {
+        all += static_cast<char>(b);
+    }
+    scratch.writeFile("bytes", all);
+    const auto stream = BinaryStream::Open(scratch.item("bytes"), false);
+    EXPECT_EQ(stream->Read(-5, nullptr).byteLength(), 0u);
+    EXPECT_EQ(stream->Read(0, nullptr).byteLength(), 0u);
+    EXPECT_EQ(stream->Position(), 0u);
+    const String got = stream->Read(1000, Encodings::ASCII);
+    EXPECT_EQ(bytesOf(got), all);
+    EXPECT_EQ(got.encoding(), Encodings::ASCII);
+    EXPECT_TRUE(stream->EOF_());
+
+    stream->Position(254);
+    EXPECT_EQ(ioErrorOf([&] { stream->ReadInt32(); }), EndOfStreamErrorCode);
+    stream->UseIOExceptions = false;
+    stream->Position(255);
+    EXPECT_EQ(stream->ReadInt16(), 0);
+    EXPECT_TRUE(stream->ReadError());
+    stream->Position(65);
+    EXPECT_EQ(stream->ReadUInt8(), 65);
+    EXPECT_EQ(stream->LastErrorCode(), 0);
+    stream->Write("x");
+    EXPECT_EQ(stream->LastErrorCode(), PlatformErrorCodeBase + EBADF);
+    EXPECT_TRUE(stream->WriteError());
+
+    scratch.writeFile("empty", "");
+    EXPECT_TRUE(BinaryStream::Open(scratch.item("empty"), false)->EOF_());
+}
+
+// Random writes, reads, seeks and resizes against a plain string holding what
+// the file should hold: the buffer must never let the two disagree.
+TEST(BinaryStream, mixedOperations_matchAModelOfTheFile) {
+    ScratchFolder scratch;
+    std::mt19937 random(20240611);
+    for (int round = 0; round < 10; ++round) {
+        const auto stream = BinaryStream::Create(scratch.item("model"), true);
+        std::string model;
+        uint64_t position = 0;
+        for (int step = 0; step < 150; ++step) {
+            const auto size =
+                static_cast<std::size_t>(random() % 3 == 0 ? random() % 300000 : random() % 64);
+            switch (random() % 5) {
+                case 0: {
+                    std::string data(size, static_cast<char>('a' + step % 26));
+                    stream->Write(raw(data));
+                    if (model.size() < position + size) {
+                        model.resize(position + size, '\0');
+                    }
+                    model.replace(position, size, data);
+                    position += size;
+                    break;
+                }
+                case 1: {
+                    const std::string expected =
+                        position < model.size() ? model.substr(position, size) : "";
+                    ASSERT_EQ(bytesOf(stream->Read(static_cast<int64_t>(size), nullptr)), expected);
+                    position += expected.size();
+                    break;
+                }
+                case 2:
+                    position = random() % (model.size() + 10);
+                    stream->Position(position);
+                    break;
+                case 3:
+                    model.resize(random() % (model.size() + 1000), '\0');
+                    stream->Length(model.size());
+                    break;
+                default:
+                    ASSERT_EQ(stream->Length(), model.size());
+                    ASSERT_EQ(stream->EOF_(), position >= model.size());
+            }
+            ASSERT_EQ(stream->Position(), position);
+        }
+        stream->Close();
+        ASSERT_EQ(scratch.readFile("model"), model) << "round " << round;
+    }
+}
+
+TEST(BinaryStream, writeBeyondTheFileSizeLimit_raisesFromWriteOrClose) {
+    ScratchFolder scratch;
+    struct Case {
+        std::size_t pieces;
+        std::size_t pieceSize;
+        bool raises;
+        std::string failingOperation;
+    };
+    const auto code = std::to_string(PlatformErrorCodeBase + EFBIG);
+    for (const Case& c :
+         {Case{50, 100, true, "close " + code}, Case{2000, 1000, true, "write " + code},
+          Case{50, 100, false, "none " + code}}) {
+        const std::string outcome = test::RunInChild(
+            [&] {
+                const auto stream = BinaryStream::Create(scratch.item("limited"), true);
+                stream->UseIOExceptions = c.raises;
+                const String piece = raw(std::string(c.pieceSize, 'z'));
+                std::string operation = "write ";
+                try {
+                    for (std::size_t i = 0; i < c.pieces; ++i) {
+                        stream->Write(piece);
+                    }
+                    operation = "close ";
+                    stream->Close();
+                } catch (const IOException& e) {
+                    return operation + std::to_string(e.ErrorNumber);
+                }
+                return "none " + std::to_string(stream->LastErrorCode());
+            },
+            {.unprivileged = false, .fileSizeLimit = 4096});
+        EXPECT_EQ(outcome, c.failingOperation) << c.pieces << "x" << c.pieceSize;
+    }
+}
+
+TEST(BinaryStream, copyFrom_placesExactlyTheSourceBytesBetweenTheFields) {
+    ScratchFolder scratch;
+    std::mt19937 random(7);
+    // /dev/shm lies on another file system, where the kernel copy gives way
+    // to the copy through the buffer.
+    const std::string shm = "/dev/shm/vx-copy-" + std::to_string(::getpid());
+    for (const std::size_t size :
+         {std::size_t{0}, std::size_t{1}, std::size_t{5000}, std::size_t{131071},
+          std::size_t{131072}, std::size_t{131073}, std::size_t{3000000}}) {
+        std::string data(size + 7, '\0');
+        for (auto& c : data) {
+            c = static_cast<char>(random());
+        }
+        const std::string local = scratch.writeFile("source", data);
+        std::ofstream(shm, std::ios::binary).write(data.data(), static_cast<long>(data.size()));
+        for (const std::string& sourcePath : {local, shm}) {
+            const auto source = BinaryStream::Open(
+                New<FolderItem>(String(std::string_view(sourcePath), nullptr), 3), false);
+            source->ReadInt32();
+            const auto target = BinaryStream::Create(scratch.item("target"), true);
+            target->WritePString("head");
+            target->CopyFrom(*source, size + 100);
+            target->WritePString("tail");
+            EXPECT_EQ(source->Position(), size + 7);
+            EXPECT_EQ(target->Position(), 5 + size + 3 + 5);
+            target->Close();
+            EXPECT_EQ(scratch.readFile("target"), "\x04head" + data.substr(4) + "\x04tail")
+                << size << " from " << sourcePath;
+        }
+    }
+    ::unlink(shm.c_str());
+}
+
+}  // namespace
+}  // namespace vx

@@ -1,0 +1,37 @@
+#include <gtest/gtest.h>
+
+#include "runtime/EncodingConversion.h"
+#include "runtime/EndOfLine.h"
+#include "runtime/StringFunctions.h"
+
+namespace vx {
+namespace {
+
+TEST(EndOfLine, joinedToAString_addsOneLineFeedOnItsSide) {
+    const String log = String("BUILD DONE...") + EndOfLine();
+    EXPECT_EQ(log, String("BUILD DONE...\n"));
+    EXPECT_EQ(Len(log), 14);
+    EXPECT_EQ("first" + EndOfLine() + "second", String("first\nsecond"));
+    EXPECT_EQ(EndOfLine() + "x", String("\nx"));
+    EXPECT_EQ(String() + EndOfLine(), String("\n"));
+    EXPECT_EQ(Encoding(log), Encodings::UTF8);
+}
+
+TEST(EndOfLine, sharedObject_convertsToTheUnixEnding) {
+    EXPECT_EQ(EndOfLine().get(), EndOfLine().get());
+    EXPECT_EQ(EndOfLine()->Operator_Convert(), ChrB(10));
+    EXPECT_EQ(EndOfLine()->Operator_Compare("\n"), 0);
+    EXPECT_LT(EndOfLine()->Operator_Compare("\r\n"), 0);
+    EXPECT_GT(EndOfLine()->Operator_Compare(""), 0);
+    EXPECT_EQ(EndOfLine::OSX(), EndOfLine::UNIX());
+    EXPECT_EQ(EndOfLine::Macintosh(), ChrB(13));
+    EXPECT_EQ(EndOfLine::Windows(), ChrB(13) + ChrB(10));
+}
+
+TEST(EndOfLine, nilReference_raisesOnJoin) {
+    const Ref<class EndOfLine> nothing;
+    EXPECT_THROW(String("x") + nothing, NilObjectException);
+}
+
+}  // namespace
+}  // namespace vx

@@ -1,0 +1,239 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <functional>
+#include <set>
+
+#include "runtime/BinaryStream.h"
+#include "runtime/FileErrorCode.h"
+#include "runtime/FolderItem.h"
+#include "runtime/SpecialFolder.h"
+#include "support/ChildProcess.h"
+#include "support/RecordingUIServices.h"
+#include "support/ScratchFolder.h"
+
+namespace vx {
+namespace {
+
+using test::ScratchFolder;
+
+std::string bytesOf(const String& s) {
+    return std::string(s.bytes());
+}
+
+Ref<FolderItem> itemAt(const std::string& path) {
+    return New<FolderItem>(String(std::string_view(path), nullptr), FolderItem::PathModeNative);
+}
+
+TEST(FolderItem, constructFromSpellings_givesOneNormalisedPath) {
+    struct Case {
+        const char* given;
+        const char* nativePath;
+        const char* name;
+    };
+    for (const Case& c : {Case{"/a//b/", "/a/b", "b"}, Case{"//a///b//c", "/a/b/c", "c"},
+                          Case{"/", "/", ""}, Case{"///", "/", ""}}) {
+        const auto item = itemAt(c.given);
+        EXPECT_EQ(bytesOf(item->NativePath()), c.nativePath) << c.given;
+        EXPECT_EQ(bytesOf(item->Name()), c.name) << c.given;
+    }
+    EXPECT_EQ(bytesOf(itemAt("/a/b")->Parent()->NativePath()), "/a");
+    EXPECT_EQ(bytesOf(itemAt("/a")->Parent()->NativePath()), "/");
+    EXPECT_EQ(itemAt("/")->Parent(), nullptr);
+    EXPECT_THROW(FolderItem("/tmp", 0), UnsupportedFormatException);
+    EXPECT_THROW(FolderItem(String(std::string_view("/a\0b", 4), nullptr), 3),
+                 UnsupportedFormatException);
+}
+
+TEST(FolderItem, childWithUnusableName_isNil) {
+    const auto root = itemAt("/");
+    for (const char* name : {"", ".", "..", "a/b"}) {
+        EXPECT_EQ(root->Child(name), nullptr) << name;
+    }
+    EXPECT_EQ(root->Child(String(std::string_view("a\0b", 3), nullptr)), nullptr);
+    EXPECT_EQ(bytesOf(root->Child("tmp")->NativePath()), "/tmp");
+    EXPECT_EQ(bytesOf(itemAt("/tmp")->Child("x")->NativePath()), "/tmp/x");
+}
+
+TEST(FolderItem, itemOfFolder_isSortedByBytesAndKeptOnceRead) {
+    ScratchFolder scratch;
+    for (const char* name : {"b", "B", "_u", ".hidden", "a", "\xc3\xa9", "\x7f", "a.b", "a_b"}) {
+        scratch.writeFile(name, "");
+    }
+    const auto folder = scratch.item();
+    const std::vector<std::string> expected = {".hidden", "B", "_u",   "a",       "a.b",
+                                               "a_b",     "b", "\x7f", "\xc3\xa9"};
+    ASSERT_EQ(folder->Count(), static_cast<int64_t>(expected.size()));
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(bytesOf(folder->Item(static_cast<int64_t>(i) + 1)->Name()), expected[i]);
+    }
+
+    const auto first = folder->Item(1);
+    scratch.writeFile("0-new", "");
+    EXPECT_EQ(folder->Count(), static_cast<int64_t>(expected.size()));
+    EXPECT_EQ(folder->Item(1), first);
+    EXPECT_EQ(scratch.item()->Count(), static_cast<int64_t>(expected.size()) + 1);
+    EXPECT_THROW(folder->Item(0), OutOfBoundsException);
+    EXPECT_THROW(folder->Item(folder->Count() + 1), OutOfBoundsException);
+}
+
+TEST(FolderItem, propertiesOfEachKind_answerAsAFileSystemSees) {
+    ScratchFolder scratch;
+    scratch.writeFile("file", "12345");
+    scratch.makeFolder("empty");
+    struct Case {
+        std::string relative;
+        bool exists;
+        bool directory;
+        uint64_t length;
+        int64_t count;
+    };
+    for (const Case& c :
+         {Case{"file", true, false, 5, 0}, Case{"empty", true, true, 0, 0},
+          Case{"missing", false, false, 0, 0}, Case{"missing/deeper", false, false, 0, 0}}) {
+        const auto item = scratch.item(c.relative);
+        EXPECT_EQ(item->Exists(), c.exists) << c.relative;
+        EXPECT_EQ(item->Directory(), c.directory) << c.relative;
+        EXPECT_EQ(item->Length(), c.length) << c.relative;
+        EXPECT_EQ(item->Count(), c.count) << c.relative;
+    }
+}
+
+TEST(FolderItem, createAndDelete_reportFailuresOnlyThroughLastErrorCode) {
+    ScratchFolder scratch;
+    const auto folder = scratch.item("made");
+    folder->CreateAsFolder();
+    EXPECT_TRUE(folder->Directory());
+    EXPECT_EQ(folder->LastErrorCode(), 0);
+    folder->CreateAsFolder();
+    EXPECT_EQ(folder->LastErrorCode(), FileInUseErrorCode);
+
+    const auto orphan = scratch.item("missing/made");
+    orphan->CreateAsFolder();
+    EXPECT_EQ(orphan->LastErrorCode(), PlatformErrorCodeBase + ENOENT);
+
+    scratch.writeFile("made/inside", "x");
+    folder->Delete();
+    EXPECT_EQ(folder->LastErrorCode(), PlatformErrorCodeBase + ENOTEMPTY);
+    scratch.item("made/inside")->Delete();
+    folder->Delete();
+    EXPECT_EQ(folder->LastErrorCode(), 0);
+    EXPECT_FALSE(folder->Exists());
+
+    scratch.writeFile("target", "kept");
+    const auto link = itemAt(scratch.makeLink("link", scratch.path("target")));
+    link->Delete();
+    EXPECT_FALSE(link->Exists());
+    EXPECT_EQ(scratch.readFile("target"), "kept");
+}
+
+TEST(FolderItem, openingTheWrongThing_givesNilAndACode) {
+    ScratchFolder scratch;
+    const auto folder = scratch.item();
+    EXPECT_EQ(folder->OpenAsBinaryFile(false), nullptr);
+    EXPECT_EQ(folder->LastErrorCode(), PlatformErrorCodeBase + EISDIR);
+    const auto missing = scratch.item("missing");
+    EXPECT_EQ(missing->OpenAsBinaryFile(true), nullptr);
+    EXPECT_EQ(missing->LastErrorCode(), PlatformErrorCodeBase + ENOENT);
+    EXPECT_EQ(scratch.item("no/such")->CreateBinaryFile("Any"), nullptr);
+}
+
+// Every path a depth-first walk reaches, as the packer would walk it.
+void collect(const Ref<FolderItem>& folder, const std::string& prefix, std::set<std::string>& out) {
+    for (int64_t i = 1; i <= folder->Count(); ++i) {
+        const auto entry = folder->Item(i);
+        const std::string path = prefix + bytesOf(entry->Name());
+        out.insert(path + (entry->Directory() ? "/" : ""));
+        if (entry->Directory()) {
+            collect(entry, path + "/", out);
+        }
+    }
+}
+
+TEST(FolderItem, linksLeadingBackToAnAncestor_answerAsEmptyFiles) {
+    ScratchFolder scratch;
+    scratch.writeFile("a/file", "abc");
+    scratch.makeFolder("b");
+    scratch.makeLink("a/toFile", "file");
+    scratch.makeLink("a/toB", "../b");
+    scratch.makeLink("b/toA", "../a");
+    scratch.makeLink("a/self", ".");
+    scratch.makeLink("a/root", "/");
+
+    std::set<std::string> reached;
+    collect(scratch.item(), "", reached);
+    const std::set<std::string> expected = {
+        "a/", "a/file", "a/root",     "a/self",     "a/toB/",     "a/toB/toA", "a/toFile",
+        "b/", "b/toA/", "b/toA/file", "b/toA/root", "b/toA/self", "b/toA/toB", "b/toA/toFile"};
+    EXPECT_EQ(reached, expected);
+
+    const auto loop = scratch.item("a/toB/toA");
+    EXPECT_FALSE(loop->Directory());
+    EXPECT_EQ(loop->Length(), 0u);
+    EXPECT_EQ(loop->Count(), 0);
+    EXPECT_EQ(scratch.item("a/toFile")->Length(), 3u);
+}
+
+TEST(FolderItem, permissionsAsUnprivilegedUser_answerTheCurrentState) {
+    ScratchFolder scratch;
+    ::chmod(scratch.writeFile("private", "x").c_str(), 0600);
+    ::chmod(scratch.writeFile("public", "x").c_str(), 0644);
+    ::chmod(scratch.writeFile("shared", "x").c_str(), 0666);
+    scratch.writeFile("closed/inside", "x");
+    ::chmod(scratch.path("closed").c_str(), 0700);
+
+    const std::string answers = test::RunInChild([&] {
+        std::string out;
+        for (const char* name : {"private", "public", "shared"}) {
+            const auto item = scratch.item(name);
+            out += std::string(name) + (item->IsReadable() ? " r" : " -") +
+                   (item->IsWriteable() ? "w " : "- ");
+        }
+        const auto closed = scratch.item("closed");
+        const int64_t count = closed->Count();
+        out += "closed " + std::to_string(count) + " " + std::to_string(closed->LastErrorCode());
+        return out;
+    });
+    EXPECT_EQ(answers, "private -- public r- shared rw closed 0 102");
+    EXPECT_EQ(scratch.item("closed")->Count(), 1);
+}
+
+TEST(FileErrorCode, platformErrors_mapToTheProgramsNumbers) {
+    const std::pair<int, int64_t> table[] = {
+        {0, 0},         {EACCES, 102}, {EPERM, 102},   {EROFS, 102},           {EBUSY, 104},
+        {ETXTBSY, 104}, {EEXIST, 104}, {ENOENT, 1002}, {ENOSPC, 1000 + ENOSPC}};
+    for (const auto& [error, code] : table) {
+        EXPECT_EQ(FileErrorCode(error), code) << error;
+    }
+}
+
+TEST(FolderItem, launch_reachesTheInstalledServices) {
+    test::RecordingUIServices ui;
+    {
+        test::InstalledUIServices installed(ui);
+        itemAt("/tmp/x")->Launch(true);
+    }
+    itemAt("/tmp/y")->Launch(false);
+    ASSERT_EQ(ui.launchedPaths.size(), 1u);
+    EXPECT_EQ(bytesOf(ui.launchedPaths[0]), "/tmp/x");
+    EXPECT_TRUE(ui.launchActivations[0]);
+}
+
+TEST(SpecialFolder, temporary_followsTMPDIR) {
+    const char* saved = std::getenv("TMPDIR");
+    const std::string restore = saved ? saved : "";
+    for (const auto& [value, expected] : {std::pair{"/var/tmp/", "/var/tmp"}, {"", "/tmp"}}) {
+        ::setenv("TMPDIR", value, 1);
+        EXPECT_EQ(bytesOf(SpecialFolder::Temporary()->NativePath()), expected);
+    }
+    ::unsetenv("TMPDIR");
+    EXPECT_EQ(bytesOf(SpecialFolder::Temporary()->NativePath()), "/tmp");
+    if (saved) {
+        ::setenv("TMPDIR", restore.c_str(), 1);
+    }
+}
+
+}  // namespace
+}  // namespace vx

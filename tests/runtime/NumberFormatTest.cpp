@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <limits>
+#include <string>
+
+#include "runtime/Min.h"
+#include "runtime/NumberFormat.h"
+
+namespace vx {
+namespace {
+
+constexpr const char* kDecimalMask = "-0.0##############";
+
+TEST(FormatNumber, masks_roundToTheirDecimalPlaces) {
+    const struct {
+        double value;
+        const char* mask;
+        const char* expected;
+    } cases[] = {
+        {0.5, kDecimalMask, "0.5"},
+        {-2, kDecimalMask, "-2.0"},
+        {600, kDecimalMask, "600.0"},
+        {1e-7, kDecimalMask, "0.0000001"},
+        {1234567.891, kDecimalMask, "1234567.891"},
+        {0.1 + 0.2, kDecimalMask, "0.3"},
+        {1e21, kDecimalMask, "1000000000000000000000.0"},
+        {-0.0, kDecimalMask, "0.0"},
+        {-1e-16, kDecimalMask, "0.0"},
+        {1e-15, kDecimalMask, "0.000000000000001"},
+        {5e-16, kDecimalMask, "0.000000000000001"},
+        {0.9999999999999999, kDecimalMask, "1.0"},
+        {1.0000000000000002, kDecimalMask, "1.0"},
+        {-1.5, kDecimalMask, "-1.5"},
+        {123.456, kDecimalMask, "123.456"},
+        {0.1234567890123456, kDecimalMask, "0.123456789012346"},
+        {12, "0", "12"},
+        {0, "0", "0"},
+        {0.5, "0", "1"},
+        {2.5, "0", "3"},
+        {9.5, "0", "10"},
+        {99.5, "0", "100"},
+        {-0.4, "0", "0"},
+        {-0.5, "0", "-1"},
+        {1234567, "0", "1234567"},
+        {3.14159, "#.##", "3.14"},
+        {0.5, "#.##", ".5"},
+        {1.005, "0.00", "1.01"},
+        {2, "0.00", "2.00"},
+        {7, "000", "007"},
+        {5, "0.##", "5"},
+        {-3.14, "0.0", "-3.1"},
+        {-5, "x-0", "x-5"},
+        {5, "x-0", "x5"},
+        {42, "(0) kg", "(42) kg"},
+        {0.5, "", "0.5"},
+        {-2, "", "-2"},
+        {1e21, "", "1e+21"},
+        {std::numeric_limits<double>::quiet_NaN(), kDecimalMask, "nan"},
+        {-std::numeric_limits<double>::infinity(), "0", "-inf"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(FormatNumber(c.value, c.mask, false).bytes(), c.expected)
+            << c.value << " with " << c.mask;
+    }
+}
+
+TEST(Str, integer_plainOrThroughMask) {
+    const struct {
+        int64_t value;
+        const char* mask;
+        const char* expected;
+    } cases[] = {
+        {5, "", "5"},
+        {-17, "", "-17"},
+        {0, "", "0"},
+        {std::numeric_limits<int64_t>::min(), "", "-9223372036854775808"},
+        {600, kDecimalMask, "600.0"},
+        {-2, kDecimalMask, "-2.0"},
+        {12, "0", "12"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Str(c.value, c.mask).bytes(), c.expected) << c.value;
+    }
+}
+
+// Builds a locale whose decimal point is a comma in a scratch folder, so the
+// test does not depend on what the machine has installed.
+bool installCommaLocale() {
+    const auto folder = std::filesystem::temp_directory_path() / "vx-number-format-locales";
+    std::filesystem::create_directories(folder);
+    const std::string command =
+        "localedef -i de_DE -f UTF-8 '" + (folder / "de_DE.UTF-8").string() + "' >/dev/null 2>&1";
+    if (std::system(command.c_str()) != 0) {
+        return false;
+    }
+    setenv("LOCPATH", folder.c_str(), 1);
+    return std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
+}
+
+TEST(Format, userLocale_changesOnlyFormat) {
+    if (!installCommaLocale()) {
+        GTEST_SKIP() << "localedef could not build a comma locale on this machine";
+    }
+    const String formatted = Format(1.5, "0.0");
+    const String stored = Str(int64_t{3}, "0.0");
+    const String fromRoutine = FormatNumber(2.25, kDecimalMask, false);
+    std::setlocale(LC_NUMERIC, "C");
+    unsetenv("LOCPATH");
+    EXPECT_EQ(formatted.bytes(), "1,5");
+    EXPECT_EQ(stored.bytes(), "3.0");
+    EXPECT_EQ(fromRoutine.bytes(), "2.25");
+    EXPECT_EQ(Format(12, "0").bytes(), "12");
+    EXPECT_EQ(Format(1.5, "0.0").bytes(), "1.5");
+}
+
+TEST(Min, anyNumberOfArguments_givesTheSmallest) {
+    EXPECT_EQ(Min(3, 2), 2);
+    EXPECT_EQ(Min(-1.5, 2), -1.5);
+    EXPECT_EQ(Min(4, 5, 6, 1, 9), 1);
+    EXPECT_EQ(Min(4, 5, int64_t{-7}), -7);
+}
+
+}  // namespace
+}  // namespace vx

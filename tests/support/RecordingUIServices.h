@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include "runtime/FolderItem.h"
+#include "runtime/ui/UIServices.h"
+
+namespace vx::test {
+
+// A stand-in for the desktop's user interface: records what the code under
+// test asked of it and answers the dialogs from queues the test fills. An
+// empty queue answers nil, as a user who cancels.
+class RecordingUIServices : public UIServices {
+public:
+    struct SaveRequest {
+        String filter;
+        String defaultName;
+    };
+    struct OpenRequest {
+        String promptText;
+        String title;
+        String filter;
+    };
+
+    std::vector<String> messages;
+    int64_t beeps = 0;
+    int64_t backgroundTasks = 0;
+    std::vector<String> launchedPaths;
+    std::vector<bool> launchActivations;
+    std::vector<SaveRequest> saveRequests;
+    std::vector<OpenRequest> openRequests;
+
+    std::deque<Ref<FolderItem>> selectFolderAnswers;
+    std::deque<Ref<FolderItem>> saveFolderItemAnswers;
+    std::deque<Ref<FolderItem>> openDialogAnswers;
+    // Runs at every yield point, so a test can act in the middle of a long loop.
+    std::function<void()> onBackgroundTask;
+
+    void MsgBox(const String& message) override;
+    void Beep() override;
+    void BackgroundTask() override;
+    Ref<FolderItem> SelectFolder() override;
+    Ref<FolderItem> GetSaveFolderItem(const String& filter, const String& defaultName) override;
+    Ref<FolderItem> ShowOpenDialog(const String& promptText, const String& title,
+                                   const String& filter) override;
+    void Launch(const FolderItem& item, bool activate) override;
+};
+
+// Installs services for the life of the object and puts back what was
+// installed before.
+class InstalledUIServices {
+public:
+    explicit InstalledUIServices(UIServices& services);
+    ~InstalledUIServices();
+    InstalledUIServices(const InstalledUIServices&) = delete;
+    InstalledUIServices& operator=(const InstalledUIServices&) = delete;
+
+private:
+    UIServices* previous_;
+};
+
+}  // namespace vx::test
