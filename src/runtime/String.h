@@ -20,6 +20,8 @@ public:
     // A literal of the program; literals are UTF-8.
     String(const char* utf8Literal);
     String(std::string_view bytes, const TextEncoding* encoding);
+    String(const char* bytes, const TextEncoding* encoding)
+        : String(std::string_view(bytes), encoding) {}
     String(std::string&& bytes, const TextEncoding* encoding);
 
     std::string_view bytes() const { return bytes_ ? std::string_view(*bytes_) : std::string_view(); }
