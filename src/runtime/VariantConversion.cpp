@@ -2,6 +2,7 @@
 #include <string>
 
 #include "runtime/Date.h"
+#include "runtime/Hex.h"
 #include "runtime/NumberFormat.h"
 #include "runtime/Overloaded.h"
 #include "runtime/TextEncoding.h"
@@ -123,13 +124,10 @@ String decimalText(Number number) {
                   Encodings::UTF8);
 }
 
+// "&h" and eight digits, alpha first, the form a colour is written in.
 String hexText(const Color& color) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    std::string text = "&h";
-    for (int shift = 28; shift >= 0; shift -= 4) {
-        text += digits[(color.packed() >> shift) & 0xF];
-    }
-    return String(std::move(text), Encodings::UTF8);
+    const std::string digits = "0000000" + std::string(Hex(color.packed()).bytes());
+    return String("&h" + digits.substr(digits.size() - 8), Encodings::UTF8);
 }
 
 // Whole units, then up to four decimals without trailing zeros.
