@@ -10,6 +10,7 @@
 #include "json/JSONEscape.h"
 #include "json/JSONException.h"
 #include "json/JSONItem.h"
+#include "runtime/Collection.h"
 #include "runtime/EncodingConversion.h"
 #include "runtime/EndOfLine.h"
 #include "runtime/NumberFormat.h"
@@ -42,7 +43,7 @@ public:
 private:
     // One container being written: where its walk stands and how deep it is.
     struct Frame {
-        enum class Kind { Item, Dictionary };
+        enum class Kind { Item, Dictionary, Collection };
         Kind kind;
         const Object* container;
         // Keeps a child alive while it is written; empty for the root.
@@ -59,10 +60,21 @@ private:
     static const Dictionary& dictionary(const Frame& frame) {
         return *static_cast<const Dictionary*>(frame.container);
     }
+    static const Collection& collection(const Frame& frame) {
+        return *static_cast<const Collection*>(frame.container);
+    }
 
     // Brackets follow what the container is at the moment they are written.
     static bool isArray(const Frame& frame) {
-        return frame.kind == Frame::Kind::Item && item(frame).IsArray();
+        switch (frame.kind) {
+            case Frame::Kind::Item:
+                return item(frame).IsArray();
+            case Frame::Kind::Dictionary:
+                return false;
+            case Frame::Kind::Collection:
+                return true;
+        }
+        return false;
     }
 
     static int64_t count(const Frame& frame) {
@@ -71,6 +83,8 @@ private:
                 return item(frame).Count();
             case Frame::Kind::Dictionary:
                 return dictionary(frame).Count();
+            case Frame::Kind::Collection:
+                return collection(frame).Count();
         }
         return 0;
     }
@@ -117,6 +131,9 @@ private:
 
     // Writes the name at the frame's place, if it has one, and gives its value.
     Variant element(const Frame& frame) {
+        if (frame.kind == Frame::Kind::Collection) {
+            return collection(frame).Item(frame.place + 1);
+        }
         if (frame.kind == Frame::Kind::Dictionary) {
             const String name = VariantToString(dictionary(frame).Key(frame.place));
             writeName(name);
@@ -172,7 +189,9 @@ private:
 
     void writeObject(const Variant& value, int64_t level) {
         const Object* object = std::get<Ref<Object>>(value.storage()).get();
-        if (dynamic_cast<const Dictionary*>(object) != nullptr) {
+        if (dynamic_cast<const Collection*>(object) != nullptr) {
+            open(Frame::Kind::Collection, object, value, level);
+        } else if (dynamic_cast<const Dictionary*>(object) != nullptr) {
             open(Frame::Kind::Dictionary, object, value, level);
         } else if (dynamic_cast<const JSONItem*>(object) != nullptr) {
             open(Frame::Kind::Item, object, value, level);

@@ -4,6 +4,7 @@
 
 #include "json/JSONItem.h"
 #include "json/JSONTestSupport.h"
+#include "runtime/Collection.h"
 #include "runtime/Date.h"
 #include "runtime/StringFunctions.h"
 #include "runtime/TextEncoding.h"
@@ -216,6 +217,24 @@ TEST(JSONSerializer, dictionaryValue_printsAsObjectWithClearKeys) {
 
     table->Value(1, 2);
     EXPECT_THROW(item.ToString(), KeyNotFoundException);
+}
+
+TEST(JSONSerializer, collectionValue_printsAsArrayWithoutItsKeys) {
+    const auto inner = New<Collection>();
+    const auto table = New<Dictionary>();
+    table->Value("k", Variant(inner));
+    const auto list = New<Collection>();
+    list->Add(1, "first");
+    list->Add(Variant(table));
+    list->Add(Variant(New<Collection>()));
+    inner->Add("x");
+    JSONItem item;
+    item.Value("c", Variant(list));
+    EXPECT_EQ(text(item), R"({"c":[1,{"k":["x"]},[]]})");
+    item.Compact = false;
+    EXPECT_EQ(text(item),
+              "{\n  \"c\":[\n    1,\n    {\n      \"k\":[\n        \"x\"\n      ]\n    },\n"
+              "    []\n  ]\n}");
 }
 
 TEST(JSONSerializer, valueWithoutJSONForm_raisesElevenWithItsText) {
