@@ -2,6 +2,7 @@
 // that the depth of a document costs heap, not call stack, and writes the
 // text into one growing buffer.
 #include <charconv>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -123,7 +124,7 @@ private:
             stack_.pop_back();
             return;
         }
-        const int64_t level = frame.level + indentSpacing_;
+        const int64_t level = deeper(frame.level);
         indentBuffer(level);
         frame.elementWritten = true;
         writeElement(frame, level);
@@ -263,6 +264,17 @@ private:
         if (!compact_) {
             buffer_ += lineEnd_.bytes();
         }
+    }
+
+    // One level further in. An absurd spacing saturates instead of wrapping
+    // round, so that it fails as the huge indent it asks for.
+    int64_t deeper(int64_t level) const {
+        int64_t next = 0;
+        if (__builtin_add_overflow(level, indentSpacing_, &next)) {
+            return indentSpacing_ > 0 ? std::numeric_limits<int64_t>::max()
+                                      : std::numeric_limits<int64_t>::min();
+        }
+        return next;
     }
 
     // A count of 0 or below, which a negative spacing gives, indents nothing.
