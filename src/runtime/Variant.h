@@ -156,13 +156,19 @@ int32_t VariantToInt32(const Variant& value);
 int64_t VariantToInt64(const Variant& value);
 Ptr VariantToPtr(const Variant& value);
 float VariantToSingle(const Variant& value);
-// A String held comes back itself, with its encoding tag.
+// A String held comes back itself, with its encoding tag. Every value has a
+// text: a Date its SQL date and time, any other object and every array the
+// empty String.
 String VariantToString(const Variant& value);
 Text VariantToText(const Variant& value);
 uint32_t VariantToUInt32(const Variant& value);
 uint64_t VariantToUInt64(const Variant& value);
 // The object held; nil for nil, TypeMismatchException for a scalar or an array.
 Ref<Object> VariantToObject(const Variant& value);
+
+// With a mask, the value read as a Double and shaped by the mask, with "." as
+// the decimal point in every locale; with an empty mask, its String form.
+String Str(const Variant& value, const String& mask);
 
 }  // namespace vx
 
