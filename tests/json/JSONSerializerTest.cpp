@@ -278,7 +278,7 @@ TEST(JSONSerializer, valueWithoutJSONForm_raisesElevenWithItsText) {
     }
 }
 
-TEST(JSONSerializer, valueWithoutText_letsTheConversionFailureThrough) {
+TEST(JSONSerializer, objectOrArrayWithoutText_isUnrecognizedWithoutInfo) {
     const Variant values[] = {
         Variant(New<Pair>(1, 2)),
         Variant(Ref<ArrayBase>(New<Array<int64_t>>(std::vector<int64_t>{1}))),
@@ -286,7 +286,7 @@ TEST(JSONSerializer, valueWithoutText_letsTheConversionFailureThrough) {
     for (const Variant& value : values) {
         JSONItem item;
         item.Append(value);
-        EXPECT_THROW(item.ToString(), TypeMismatchException);
+        ExpectJSONFailure([&] { item.ToString(); }, 11, "Unrecognized Object");
     }
 }
 
