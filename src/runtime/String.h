@@ -24,7 +24,9 @@ public:
         : String(std::string_view(bytes), encoding) {}
     String(std::string&& bytes, const TextEncoding* encoding);
 
-    std::string_view bytes() const { return bytes_ ? std::string_view(*bytes_) : std::string_view(); }
+    std::string_view bytes() const {
+        return bytes_ ? std::string_view(*bytes_) : std::string_view();
+    }
     const char* c_str() const { return bytes_ ? bytes_->c_str() : ""; }
     std::size_t byteLength() const { return bytes_ ? bytes_->size() : 0; }
     bool isEmpty() const { return byteLength() == 0; }
@@ -57,6 +59,9 @@ inline String operator+(const String& left, const String& right) {
 // 0 when equal, negative when left sorts first, positive when right does.
 // Bytes are compared exactly; nil stands for the empty String.
 int32_t RuntimeStringCompare(const String& left, const String& right);
+// The same comparison over bytes in place, for readers that walk a buffer
+// without making a String of every token.
+int32_t RuntimeStringCompare(std::string_view left, std::string_view right);
 
 }  // namespace vx
 
