@@ -10,6 +10,7 @@
 #include "json/JSONEscape.h"
 #include "json/JSONException.h"
 #include "json/JSONItem.h"
+#include "runtime/Collection.h"
 #include "runtime/EncodingConversion.h"
 #include "runtime/EndOfLine.h"
 #include "runtime/NumberFormat.h"
@@ -42,7 +43,7 @@ public:
 private:
     // One container being written: where its walk stands and how deep it is.
     struct Frame {
-        enum class Kind { Item, Dictionary };
+        enum class Kind { Item, Dictionary, Collection };
         Kind kind;
         const Object* container;
         // Keeps a child alive while it is written; empty for the root.
@@ -59,10 +60,21 @@ private:
     static const Dictionary& dictionary(const Frame& frame) {
         return *static_cast<const Dictionary*>(frame.container);
     }
+    static const Collection& collection(const Frame& frame) {
+        return *static_cast<const Collection*>(frame.container);
+    }
 
     // Brackets follow what the container is at the moment they are written.
     static bool isArray(const Frame& frame) {
-        return frame.kind == Frame::Kind::Item && item(frame).IsArray();
+        switch (frame.kind) {
+            case Frame::Kind::Item:
+                return item(frame).IsArray();
+            case Frame::Kind::Dictionary:
+                return false;
+            case Frame::Kind::Collection:
+                return true;
+        }
+        return false;
     }
 
     static int64_t count(const Frame& frame) {
@@ -71,6 +83,8 @@ private:
                 return item(frame).Count();
             case Frame::Kind::Dictionary:
                 return dictionary(frame).Count();
+            case Frame::Kind::Collection:
+                return collection(frame).Count();
         }
         return 0;
     }
@@ -111,30 +125,92 @@ private:
         const int64_t level = frame.level + indentSpacing_;
         indentBuffer(level);
         frame.elementWritten = true;
-        // Writing the value may open a container and move the stack's frames.
-        writeValue(element(frame), level);
+        writeElement(frame, level);
     }
 
-    // Writes the name at the frame's place, if it has one, and gives its value.
-    Variant element(const Frame& frame) {
-        if (frame.kind == Frame::Kind::Dictionary) {
-            const String name = VariantToString(dictionary(frame).Key(frame.place));
-            writeName(name);
-            return dictionary(frame).Value(Variant(name));
+    // Writes the name at the frame's place, if it has one, and its value.
+    // Writing the value may open a container, which moves the stack's frames:
+    // nothing may touch the frame after that.
+    void writeElement(const Frame& frame, int64_t level) {
+        switch (frame.kind) {
+            case Frame::Kind::Collection:
+                writeValue(collection(frame).Item(frame.place + 1), level);
+                return;
+            case Frame::Kind::Dictionary: {
+                const String name = VariantToString(dictionary(frame).Key(frame.place));
+                writeName(name);
+                writeValue(dictionary(frame).Value(Variant(name)), level);
+                return;
+            }
+            case Frame::Kind::Item: {
+                const JSONItem& owner = item(frame);
+                const auto [key, value] = owner._data->EntryAt(frame.place);
+                if (!owner.IsArray()) {
+                    writeItemName(key);
+                }
+                writeValue(value, level);
+                return;
+            }
         }
-        const JSONItem& owner = item(frame);
-        const Variant key = owner.Key(frame.place);
-        if (!owner.IsArray()) {
+    }
+
+    // A name of an item is stored as the hexadecimal of its bytes; decoding
+    // it into a scratch buffer spares a String for every member.
+    void writeItemName(const Variant& key) {
+        const String* hex = std::get_if<String>(&key.storage());
+        if (hex == nullptr || !decodeHex(hex->bytes(), scratch_)) {
             writeName(JSONItem::KeyDecode(VariantToString(key)));
+            return;
         }
-        return owner.InternalValue(key);
+        openName();
+        AppendEscapedJSON(scratch_, escapeSlashes_, buffer_);
+        closeName();
+    }
+
+    // Decodes pairs of hexadecimal digits; false for anything else, which
+    // the general decoding then reads by its own rules.
+    static bool decodeHex(std::string_view hex, std::string& bytes) {
+        if (hex.size() % 2 != 0) {
+            return false;
+        }
+        bytes.resize(hex.size() / 2);
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            const int high = digitValue(hex[2 * i]);
+            const int low = digitValue(hex[2 * i + 1]);
+            if (high < 0 || low < 0) {
+                return false;
+            }
+            bytes[i] = static_cast<char>(high * 16 + low);
+        }
+        return true;
+    }
+
+    static int digitValue(char c) {
+        if (c >= '0' && c <= '9') {
+            return c - '0';
+        }
+        if (c >= 'A' && c <= 'F') {
+            return c - 'A' + 10;
+        }
+        if (c >= 'a' && c <= 'f') {
+            return c - 'a' + 10;
+        }
+        return -1;
     }
 
     void writeName(const String& name) {
+        openName();
+        _escape(name);
+        closeName();
+    }
+
+    void openName() {
         if (!renderAsJavascript_) {
             buffer_ += '"';
         }
-        _escape(name);
+    }
+
+    void closeName() {
         if (!renderAsJavascript_) {
             buffer_ += '"';
         }
@@ -172,7 +248,9 @@ private:
 
     void writeObject(const Variant& value, int64_t level) {
         const Object* object = std::get<Ref<Object>>(value.storage()).get();
-        if (dynamic_cast<const Dictionary*>(object) != nullptr) {
+        if (dynamic_cast<const Collection*>(object) != nullptr) {
+            open(Frame::Kind::Collection, object, value, level);
+        } else if (dynamic_cast<const Dictionary*>(object) != nullptr) {
             open(Frame::Kind::Dictionary, object, value, level);
         } else if (dynamic_cast<const JSONItem*>(object) != nullptr) {
             open(Frame::Kind::Item, object, value, level);
@@ -230,6 +308,7 @@ private:
     const String lineEnd_;
     std::string buffer_;
     std::vector<Frame> stack_;
+    std::string scratch_;
 };
 
 String JSONItem::Serialize(const JSONItem* item) const {

@@ -4,6 +4,7 @@
 
 #include "json/JSONItem.h"
 #include "json/JSONTestSupport.h"
+#include "runtime/Collection.h"
 #include "runtime/Date.h"
 #include "runtime/StringFunctions.h"
 #include "runtime/TextEncoding.h"
@@ -100,5 +101,236 @@ TEST(JSONSerializer, strings_areEscapedInOneConsistentForm) {
     EXPECT_EQ(printed("a/b", false), R"("a/b")");
 }
 
+// The document the package.json writer makes from the wizard's defaults.
+Ref<JSONItem> packageDocument() {
+    auto root = New<JSONItem>();
+    auto window = New<JSONItem>();
+    root->Compact = false;
+    window->Compact = false;
+    root->Value("name", "My App");
+    root->Value("uid", "com.example.myapp");
+    root->Value("version", "1.0");
+    root->Value("company", "https://www.example.com/");
+    root->Value("main", "index.html");
+    window->Value("title", "My \"App\"");
+    window->Value("width", 600.0);
+    window->Value("height", 600.0);
+    root->Value("window", Variant(window));
+    return root;
+}
+
+TEST(JSONSerializer, prettyPackageDocument_hasTheExactShape) {
+    EXPECT_EQ(text(*packageDocument()),
+              "{\n"
+              "  \"name\":\"My App\",\n"
+              "  \"uid\":\"com.example.myapp\",\n"
+              "  \"version\":\"1.0\",\n"
+              "  \"company\":\"https:\\/\\/www.example.com\\/\",\n"
+              "  \"main\":\"index.html\",\n"
+              "  \"window\":{\n"
+              "    \"title\":\"My \\\"App\\\"\",\n"
+              "    \"width\":600.0,\n"
+              "    \"height\":600.0\n"
+              "  }\n"
+              "}");
+}
+
+Ref<JSONItem> nestedSample() {
+    auto root = New<JSONItem>();
+    auto list = New<JSONItem>();
+    list->Append(2);
+    list->Append(New<JSONItem>());
+    root->Value("a", 1);
+    root->Value("b", Variant(list));
+    return root;
+}
+
+TEST(JSONSerializer, indentSpacing_setsTheBlanksPerLevel) {
+    const struct {
+        int64_t spacing;
+        const char* expected;
+    } cases[] = {
+        {2, "{\n  \"a\":1,\n  \"b\":[\n    2,\n    {}\n  ]\n}"},
+        {0, "{\n\"a\":1,\n\"b\":[\n2,\n{}\n]\n}"},
+        {-3, "{\n\"a\":1,\n\"b\":[\n2,\n{}\n]\n}"},
+        {13,
+         "{\n             \"a\":1,\n             \"b\":[\n                          2,\n"
+         "                          {}\n             ]\n}"},
+    };
+    for (const auto& c : cases) {
+        const auto root = nestedSample();
+        root->Compact = false;
+        root->IndentSpacing = c.spacing;
+        EXPECT_EQ(text(*root), c.expected) << c.spacing;
+    }
+    const auto root = nestedSample();
+    EXPECT_EQ(text(*root), R"({"a":1,"b":[2,{}]})");
+}
+
+TEST(JSONSerializer, settings_comeFromTheItemAskedOnly) {
+    const auto root = nestedSample();
+    const auto list = root->Child("b");
+    list->Compact = false;
+    list->EscapeSlashes = false;
+    list->Append("x/y");
+    EXPECT_EQ(text(*root), R"({"a":1,"b":[2,{},"x\/y"]})");
+    EXPECT_EQ(text(*list), "[\n  2,\n  {},\n  \"x/y\"\n]");
+
+    list->Compact = true;
+    root->Compact = false;
+    root->IndentSpacing = 1;
+    EXPECT_EQ(text(*root), "{\n \"a\":1,\n \"b\":[\n  2,\n  {},\n  \"x\\/y\"\n ]\n}");
+}
+
+TEST(JSONSerializer, renderAsJavascript_dropsQuotesButStillEscapesNames) {
+    JSONItem item;
+    item._RenderAsJavascript = true;
+    item.Value("a\"b/c", 1);
+    item.Value("plain", "v");
+    EXPECT_EQ(text(item), R"({a\"b\/c:1,plain:"v"})");
+    item._RenderAsJavascript = false;
+    EXPECT_EQ(text(item), R"({"a\"b\/c":1,"plain":"v"})");
+}
+
+TEST(JSONSerializer, stringKeyInArray_printsItsValueWithoutName) {
+    JSONItem item;
+    item.Append(1);
+    auto child = New<JSONItem>();
+    child->Value("k", true);
+    item.Child("named", child);
+    EXPECT_EQ(text(item), R"([1,{"k":true}])");
+}
+
+TEST(JSONSerializer, dictionaryValue_printsAsObjectWithClearKeys) {
+    const auto inner = New<Dictionary>();
+    inner->Value("n", Variant());
+    const auto table = New<Dictionary>();
+    table->Value("na/me", "v");
+    table->Value("inner", Variant(inner));
+    table->Value("empty", Variant(New<Dictionary>()));
+    JSONItem item;
+    item.Value("d", Variant(table));
+    item.Compact = false;
+    EXPECT_EQ(text(item),
+              "{\n  \"d\":{\n    \"na\\/me\":\"v\",\n    \"inner\":{\n      \"n\":null\n    },\n"
+              "    \"empty\":{}\n  }\n}");
+
+    table->Value(1, 2);
+    EXPECT_THROW(item.ToString(), KeyNotFoundException);
+}
+
+TEST(JSONSerializer, collectionValue_printsAsArrayWithoutItsKeys) {
+    const auto inner = New<Collection>();
+    const auto table = New<Dictionary>();
+    table->Value("k", Variant(inner));
+    const auto list = New<Collection>();
+    list->Add(1, "first");
+    list->Add(Variant(table));
+    list->Add(Variant(New<Collection>()));
+    inner->Add("x");
+    JSONItem item;
+    item.Value("c", Variant(list));
+    EXPECT_EQ(text(item), R"({"c":[1,{"k":["x"]},[]]})");
+    item.Compact = false;
+    EXPECT_EQ(text(item),
+              "{\n  \"c\":[\n    1,\n    {\n      \"k\":[\n        \"x\"\n      ]\n    },\n"
+              "    []\n  ]\n}");
+}
+
+TEST(JSONSerializer, valueWithoutJSONForm_raisesElevenWithItsText) {
+    const auto date = New<Date>(2024, 1, 2, 3, 4, 5, 0.0);
+    const struct {
+        const char* kind;
+        Variant value;
+        const char* message;
+    } cases[] = {
+        {"Date", Variant(date), "Unrecognized Object: 2024-01-02 03:04:05"},
+        {"Currency", Variant(Currency()), "Unrecognized Object: 0"},
+        {"UInt64", Variant(uint64_t{7}), "Unrecognized Object: 7"},
+        {"Color", Variant(Color()), "Unrecognized Object: &h00000000"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.kind);
+        JSONItem item;
+        item.Value("bad", c.value);
+        ExpectJSONFailure([&] { item.ToString(); }, 11, c.message);
+    }
+}
+
+TEST(JSONSerializer, valueWithoutText_letsTheConversionFailureThrough) {
+    const Variant values[] = {
+        Variant(New<Pair>(1, 2)),
+        Variant(Ref<ArrayBase>(New<Array<int64_t>>(std::vector<int64_t>{1}))),
+    };
+    for (const Variant& value : values) {
+        JSONItem item;
+        item.Append(value);
+        EXPECT_THROW(item.ToString(), TypeMismatchException);
+    }
+}
+
+TEST(JSONSerializer, cycle_raisesFourteenWithoutPositionText) {
+    const auto item = New<JSONItem>();
+    item->Child("self", item);
+    ExpectJSONFailure([&] { item->ToString(); }, 14, "Circular Reference Detected");
+    item->Clear();
+
+    const auto table = New<Dictionary>();
+    const auto holder = New<JSONItem>();
+    holder->Append(Variant(table));
+    table->Value("back", Variant(holder));
+    ExpectJSONFailure([&] { holder->ToString(); }, 14, "Circular Reference Detected");
+    table->Clear();
+}
+
+// A chain of depth items, each an array holding the next, or an object
+// holding it under "k".
+Ref<JSONItem> chain(int64_t depth, bool arrays) {
+    auto root = New<JSONItem>();
+    Ref<JSONItem> tail = root;
+    for (int64_t i = 1; i < depth; ++i) {
+        auto next = New<JSONItem>();
+        if (arrays) {
+            tail->Append(Variant(next));
+        } else {
+            tail->Child("k", next);
+        }
+        tail = next;
+    }
+    return root;
+}
+
+TEST(JSONSerializer, deepDocument_printsUpToTheLimitAndRaisesBeyond) {
+    for (const bool arrays : {true, false}) {
+        SCOPED_TRACE(arrays ? "arrays" : "objects");
+        const std::string open = arrays ? "[" : "{\"k\":";
+        const std::string close = arrays ? "]" : "}";
+        for (const int64_t depth : {int64_t{5000}, JSONItem::MaxDepth}) {
+            std::string expected;
+            for (int64_t i = 1; i < depth; ++i) {
+                expected += open;
+            }
+            expected += "{}";
+            for (int64_t i = 1; i < depth; ++i) {
+                expected += close;
+            }
+            // Compared as a whole, but not printed whole when they differ.
+            EXPECT_TRUE(text(*chain(depth, arrays)) == expected) << depth;
+        }
+        const auto tooDeep = chain(JSONItem::MaxDepth + 1, arrays);
+        ExpectJSONFailure([&] { tooDeep->ToString(); }, 14, "Circular Reference Detected");
+    }
+}
+
+TEST(JSONSerializer, deepDocumentPretty_indentsEveryLevel) {
+    const auto root = chain(5000, true);
+    root->Compact = false;
+    const std::string printedText = text(*root);
+    const std::size_t innermost = printedText.find('{');
+    ASSERT_GT(innermost, 10000U);
+    EXPECT_EQ(printedText.substr(innermost - 10000, 10000), "[\n" + std::string(9998, ' '));
+    EXPECT_EQ(printedText.substr(innermost, 10000), "{}\n" + std::string(9996, ' ') + "]");
+    EXPECT_EQ(printedText.substr(printedText.size() - 6), "\n  ]\n]");
+}
 }  // namespace
 }  // namespace vx
