@@ -76,16 +76,16 @@ std::optional<Variant> JSONParser::parseValue() {
     // The three words are told apart by one read of four bytes, so "false"
     // comes in two pieces and whatever follows a word is the caller's.
     const std::string_view word = scanner_.ParseGet(4);
-    if (IsWord(word, "true")) {
+    if (JSONScanner::IsWord(word, "true")) {
         return Variant(true);
     }
-    if (IsWord(word, "fals")) {
-        if (IsWord(scanner_.ParseGet(1), "e")) {
+    if (JSONScanner::IsWord(word, "fals")) {
+        if (JSONScanner::IsWord(scanner_.ParseGet(1), "e")) {
             return Variant(false);
         }
         throw JSONException("Illegal Value", 10, scanner_.position());
     }
-    if (IsWord(word, "null")) {
+    if (JSONScanner::IsWord(word, "null")) {
         return Variant();
     }
     scanner_.back(word.size());
@@ -94,7 +94,7 @@ std::optional<Variant> JSONParser::parseValue() {
         return Variant();
     }
     const char first = word.front();
-    if (first == '-' || (first >= '0' && first <= '9')) {
+    if (first == '-' || JSONScanner::IsDigit(first)) {
         return scanner_.parseNumber();
     }
     if (first == '"') {

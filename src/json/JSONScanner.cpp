@@ -1,6 +1,5 @@
 #include "json/JSONScanner.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -12,16 +11,12 @@
 namespace vx {
 namespace {
 
-bool isDigit(int byte) {
-    return byte >= '0' && byte <= '9';
-}
-
 bool isLetter(int byte, std::string_view letter) {
     if (byte == JSONScanner::End) {
         return false;
     }
     const char c = static_cast<char>(byte);
-    return IsWord(std::string_view(&c, 1), letter);
+    return JSONScanner::IsWord(std::string_view(&c, 1), letter);
 }
 
 bool isExponentMark(int byte) {
@@ -46,7 +41,7 @@ int JSONScanner::ParsePeek() const {
 }
 
 std::string_view JSONScanner::ParseGet(std::size_t count) {
-    const std::string_view taken = text_.substr(std::min(position_, text_.size()), count);
+    const std::string_view taken = text_.substr(position_, count);
     position_ += taken.size();
     return taken;
 }
@@ -147,7 +142,7 @@ Variant JSONScanner::parseNumber() {
             return integerValue(start);
         }
     } else {
-        if (!isDigit(c)) {
+        if (!IsDigit(c)) {
             throw JSONException("Illegal Number Format", 3, position());
         }
         next = skipDigits();
@@ -157,7 +152,7 @@ Variant JSONScanner::parseNumber() {
         }
     }
     if (next == '.') {
-        if (!isDigit(ParseGet())) {
+        if (!IsDigit(ParseGet())) {
             throw JSONException("Illegal Number Format", 3, position());
         }
         next = skipDigits();
@@ -178,7 +173,7 @@ Variant JSONScanner::parseNumber() {
 
 int JSONScanner::skipDigits() {
     int c = ParseGet();
-    while (isDigit(c)) {
+    while (IsDigit(c)) {
         c = ParseGet();
     }
     return c;

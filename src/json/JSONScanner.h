@@ -42,6 +42,13 @@ public:
     // without a fraction or an exponent (by size), Double otherwise.
     Variant parseNumber();
 
+    static bool IsDigit(int byte) { return byte >= '0' && byte <= '9'; }
+    // Whether the token is the word, by the program's one string comparison:
+    // the letters of the format follow whatever it decides about letter case.
+    static bool IsWord(std::string_view token, std::string_view word) {
+        return RuntimeStringCompare(token, word) == 0;
+    }
+
 private:
     // Consumes digits and gives the first byte that isn't one, consumed too.
     int skipDigits();
@@ -55,11 +62,5 @@ private:
     std::string_view text_;
     std::size_t position_ = 0;
 };
-
-// Whether the token is the word, by the program's one string comparison:
-// the letters of the format follow whatever it decides about letter case.
-inline bool IsWord(std::string_view token, std::string_view word) {
-    return RuntimeStringCompare(token, word) == 0;
-}
 
 }  // namespace vx
