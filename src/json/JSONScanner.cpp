@@ -23,6 +23,12 @@ bool isExponentMark(int byte) {
     return isLetter(byte, "e") || isLetter(byte, "E");
 }
 
+// The escapes of one letter, and the byte each stands for.
+constexpr std::pair<int, char> shortEscapes[] = {
+    {'"', '"'},  {'\\', '\\'}, {'/', '/'},  {'b', '\b'},
+    {'f', '\f'}, {'n', '\n'},  {'r', '\r'}, {'t', '\t'},
+};
+
 // Up to this many digits an integer is exact in an Int64, and converting it
 // to a Double rounds it just as reading its decimal text would.
 constexpr std::size_t exactDigits = 18;
@@ -87,43 +93,25 @@ std::string_view JSONScanner::takePlainRun() {
 
 void JSONScanner::appendEscaped(std::string& out) {
     const int escape = ParseGet();
-    switch (escape) {
-        case '"':
-        case '\\':
-        case '/':
-            out.push_back(static_cast<char>(escape));
-            return;
-        case 'b':
-            out.push_back('\b');
-            return;
-        case 'f':
-            out.push_back('\f');
-            return;
-        case 'n':
-            out.push_back('\n');
-            return;
-        case 'r':
-            out.push_back('\r');
-            return;
-        case 't':
-            out.push_back('\t');
-            return;
-        case 'u': {
-            const std::string_view digits = ParseGet(4);
-            if (digits.size() < 4) {
-                throw JSONException("Illegal Unicode Character Format", 8, position());
-            }
-            // Val stops at the first byte that isn't hexadecimal, so "00G1" is
-            // code 0; each half of a surrogate pair becomes a character alone.
-            std::string hex = "&h";
-            hex.append(digits);
-            const auto code = static_cast<int64_t>(Val(String(std::move(hex), nullptr)));
-            out.append(Encodings::UTF8->Chr(code).bytes());
+    for (const auto& [letter, byte] : shortEscapes) {
+        if (escape == letter) {
+            out.push_back(byte);
             return;
         }
-        default:
-            throw JSONException("Illegal Character", 9, position());
     }
+    if (escape != 'u') {
+        throw JSONException("Illegal Character", 9, position());
+    }
+    const std::string_view digits = ParseGet(4);
+    if (digits.size() < 4) {
+        throw JSONException("Illegal Unicode Character Format", 8, position());
+    }
+    // Val stops at the first byte that isn't hexadecimal, so "00G1" is code 0;
+    // each half of a surrogate pair becomes a character alone.
+    std::string hex = "&h";
+    hex.append(digits);
+    const auto code = static_cast<int64_t>(Val(String(std::move(hex), nullptr)));
+    out.append(Encodings::UTF8->Chr(code).bytes());
 }
 
 Variant JSONScanner::parseNumber() {
