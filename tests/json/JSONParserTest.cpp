@@ -203,22 +203,6 @@ TEST(JSONParser, stringEscapesAndBytes_areResolvedAsBytes) {
     }
 }
 
-TEST(JSONParser, objectMembers_keepNamesAndOrderAndKinds) {
-    const JSONItem item(
-        bytesOf("{ \"b\" : true , \"\xC3\xA9t\xC3\xA9\" : null, \"a\":false,"
-                "\"o\":{},\"l\":[] }"));
-    const auto names = item.Names();
-    ASSERT_EQ(names->Ubound(), 4);
-    EXPECT_EQ(std::string((*names)[1].bytes()), "\xC3\xA9t\xC3\xA9");
-    EXPECT_EQ(std::string((*names)[2].bytes()), "a");
-    EXPECT_TRUE(VariantToBoolean(item.Value("b")));
-    EXPECT_FALSE(VariantToBoolean(item.Value("a")));
-    EXPECT_EQ(VarType(item.Value(bytesOf("\xC3\xA9t\xC3\xA9"))), VarTypes::Nil);
-    EXPECT_FALSE(item.Child("o")->IsArray());
-    EXPECT_TRUE(item.Child("l")->IsArray());
-    EXPECT_EQ(item.Child("l")->Count(), 0);
-}
-
 TEST(JSONParser, parsedText_printsInTheOneFormAndComesBackUnchanged) {
     const struct {
         std::string text;
