@@ -1,7 +1,9 @@
 #include "runtime/ui/RuntimeLifecycle.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QIcon>
+#include <QTimer>
 #include <QWidget>
 #include <vector>
 
@@ -38,14 +40,21 @@ void _RuntimeInitExternalClasses() {
         return;
     }
     toolkit = new QApplication(toolkitArgc, toolkitArgv);
+    // What the Edit menu can do changes with the focus and the clipboard.
     QObject::connect(toolkit, &QApplication::focusChanged, toolkit, [] { _UpdateMenuEnabling(); });
+    QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, toolkit,
+                     [] { _UpdateMenuEnabling(); });
     desktopServices = new DesktopUIServices();
     InstallUIServices(desktopServices);
 }
 
 void _SetApplicationIdentity(const String& displayName, const String& iconResource) {
     QApplication::setApplicationDisplayName(ToQString(displayName));
-    QApplication::setWindowIcon(QIcon(":/" + ToQString(iconResource) + ".svg"));
+    // Drawing the icon is no reason to keep the first window waiting: it is
+    // set once the main loop runs, and window frames take it up then.
+    const QString icon = ":/" + ToQString(iconResource) + ".svg";
+    QTimer::singleShot(0, QApplication::instance(),
+                       [icon] { QApplication::setWindowIcon(QIcon(icon)); });
 }
 
 void _RunFrameworkInitialization(const std::function<void()>& lateStartup) {
