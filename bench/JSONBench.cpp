@@ -131,10 +131,11 @@ Ref<JSONItem> toItem(const nlohmann::json& value) {
     return item;
 }
 
-// Both forms of one document, made once for the whole run.
+// Both forms of one document, and its compact text, made once for the whole run.
 struct Documents {
     nlohmann::json library;
     Ref<JSONItem> item;
+    std::string compactText;
     std::size_t compactBytes;
 };
 
@@ -142,8 +143,9 @@ const Documents& documents() {
     static const Documents made = [] {
         nlohmann::json library = DocumentGenerator().make(documentBytes);
         Ref<JSONItem> item = toItem(library);
-        const std::size_t bytes = library.dump().size();
-        return Documents{std::move(library), std::move(item), bytes};
+        std::string text = library.dump();
+        const std::size_t bytes = text.size();
+        return Documents{std::move(library), std::move(item), std::move(text), bytes};
     }();
     return made;
 }
@@ -177,6 +179,30 @@ BENCHMARK_CAPTURE(serialiseJSONItem, pretty, false)
 BENCHMARK_CAPTURE(serialiseLibrary, pretty, false)
     ->Name("serialisePretty/nlohmann")
     ->Unit(benchmark::kMillisecond);
+
+// Each parse builds the whole tree and drops it again, as a caller's would.
+void parseJSONItem(benchmark::State& state) {
+    // Raw bytes, as a file's contents arrive.
+    const String text(documents().compactText, nullptr);
+    for (auto _ : state) {
+        JSONItem item;
+        item.Load(text);
+        benchmark::DoNotOptimize(item.Count());
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(documents().compactBytes));
+}
+
+void parseLibrary(benchmark::State& state) {
+    const std::string& text = documents().compactText;
+    for (auto _ : state) {
+        const nlohmann::json parsed = nlohmann::json::parse(text);
+        benchmark::DoNotOptimize(parsed.size());
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(documents().compactBytes));
+}
+
+BENCHMARK(parseJSONItem)->Name("parse/JSONItem")->Unit(benchmark::kMillisecond);
+BENCHMARK(parseLibrary)->Name("parse/nlohmann")->Unit(benchmark::kMillisecond);
 
 // Prints the usual table, then for every operation measured both ways the
 // engine's time as a multiple of the library's.

@@ -97,6 +97,7 @@ public:
     bool _RenderAsJavascript = false;
 
 private:
+    friend class JSONParser;
     friend class JSONSerializer;
 
     // Guards of the index and the name operations.
@@ -110,17 +111,8 @@ private:
     // The text of item under this item's settings; empty for nil.
     String Serialize(const JSONItem* item) const;
 
-    // The parser, in JSONParser.cpp. Positions are byte offsets into
-    // _ParseBuffer, passed by reference.
+    // Keeps a copy of the text in _ParseBuffer and reads it into a new item.
     Ref<JSONItem> Parse(const String& text);
-    Variant parseValue(int64_t& position);
-    Ref<JSONItem> parseObject(int64_t& position);
-    Ref<JSONItem> parseArray(int64_t& position);
-    String parseString(int64_t& position);
-    Variant parseNumber(int64_t& position);
-    void skipWhiteSpace(int64_t& position);
-    String ParseGet(int64_t& position, int64_t count);
-    String ParsePeek(int64_t position, int64_t count) const;
 
     Ref<Dictionary> _data;
     bool _mIsArray = false;

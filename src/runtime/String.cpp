@@ -37,7 +37,11 @@ String RuntimeAddString(const String& left, const String& right) {
 }
 
 int32_t RuntimeStringCompare(const String& left, const String& right) {
-    const int order = left.bytes().compare(right.bytes());
+    return RuntimeStringCompare(left.bytes(), right.bytes());
+}
+
+int32_t RuntimeStringCompare(std::string_view left, std::string_view right) {
+    const int order = left.compare(right);
     return order < 0 ? -1 : (order > 0 ? 1 : 0);
 }
 

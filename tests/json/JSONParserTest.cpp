@@ -1,0 +1,271 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "json/JSONItem.h"
+#include "json/JSONTestSupport.h"
+#include "runtime/RuntimeException.h"
+
+namespace vx {
+namespace {
+
+// The text as a String of raw bytes, as a file's contents would arrive.
+String bytesOf(const std::string& text) {
+    return String(text, nullptr);
+}
+
+// The one element of a parsed one-element array, as stored.
+Variant onlyElement(const std::string& text) {
+    JSONItem item(bytesOf(text));
+    EXPECT_EQ(item.Count(), 1) << text;
+    return item.InternalValue(int64_t{0});
+}
+
+std::string nested(int depth, const std::string& open, const std::string& inner,
+                   const std::string& close) {
+    std::string text;
+    for (int i = 0; i < depth; ++i) {
+        text += open;
+    }
+    text += inner;
+    for (int i = 0; i < depth; ++i) {
+        text += close;
+    }
+    return text;
+}
+
+// Levels of containers, each holding the next as its first member.
+int depthOf(const JSONItem& root) {
+    int depth = 1;
+    Ref<JSONItem> inner;
+    for (const JSONItem* item = &root;; item = inner.get(), ++depth) {
+        const Variant first = item->IsArray() ? item->Value(int64_t{0}) : item->Value("a");
+        if (VarType(first) != VarTypes::Object) {
+            return depth;
+        }
+        inner = RuntimeCheckCast<JSONItem>(VariantToObject(first));
+    }
+}
+
+TEST(JSONParser, malformedText_raisesItsNumberAndPosition) {
+    const struct {
+        std::string text;
+        int64_t number;
+        const char* message;
+    } cases[] = {
+        {"", 1, "Parse Error: Expecting '{' or '['"},
+        {"\f{}", 1, "Parse Error: Expecting '{' or '['"},
+        {"\xEF\xBB\xBF{}", 1, "Parse Error: Expecting '{' or '['"},
+        {" \t\r\n\"a\"", 1, "Parse Error: Expecting '{' or '[' at position 4"},
+        {"[1,2", 2, "A parsing error occurred at position 4"},
+        {"[1 2]", 2, "A parsing error occurred at position 4"},
+        {"[1}", 2, "A parsing error occurred at position 3"},
+        {"[", 2, "A parsing error occurred at position 1"},
+        {"[truex]", 2, "A parsing error occurred at position 6"},
+        {"[nullx]", 2, "A parsing error occurred at position 6"},
+        {"[01]", 2, "A parsing error occurred at position 3"},
+        {"[0E1]", 2, "A parsing error occurred at position 3"},
+        {"[1e", 2, "A parsing error occurred at position 3"},
+        {"[\"\\u00\"]", 2, "A parsing error occurred at position 8"},
+        {"[-]", 3, "Illegal Number Format at position 3"},
+        {"[-a]", 3, "Illegal Number Format at position 3"},
+        {"[-", 3, "Illegal Number Format at position 2"},
+        {"[1.]", 3, "Illegal Number Format at position 4"},
+        {"[1.e5]", 3, "Illegal Number Format at position 4"},
+        {"{\"a\" 1}", 5, "Missing : at position 6"},
+        {"{\"a\"", 5, "Missing : at position 4"},
+        {"{\"a\":1 \"b\":2}", 6, "Missing , or } at position 8"},
+        {"{\"a\":1]", 6, "Missing , or } at position 7"},
+        {"{\"a\":\"b", 6, "Missing , or } at position 7"},
+        {"{\"a\":", 6, "Missing , or } at position 5"},
+        {"{\"a\":1,}", 7, "Missing \" at position 8"},
+        {"{a:1}", 7, "Missing \" at position 2"},
+        {"{", 7, "Missing \" at position 1"},
+        {"[\"\\u0\"]", 8, "Illegal Unicode Character Format at position 7"},
+        {"[\"\\x\"]", 9, "Illegal Character at position 4"},
+        {"[\"\\", 9, "Illegal Character at position 3"},
+        {"[1,]", 10, "Illegal Value at position 3"},
+        {"[,1]", 10, "Illegal Value at position 1"},
+        {"[+1]", 10, "Illegal Value at position 1"},
+        {"[tru]", 10, "Illegal Value at position 1"},
+        {"[TRUE]", 10, "Illegal Value at position 1"},
+        {"[falsy]", 10, "Illegal Value at position 6"},
+        {"[fals", 10, "Illegal Value at position 5"},
+        {"{\"a\":'b'}", 10, "Illegal Value at position 5"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        auto item = New<JSONItem>();
+        ExpectJSONFailure([&] { item->Load(bytesOf(c.text)); }, c.number, c.message);
+    }
+}
+
+TEST(JSONParser, lenientText_isAccepted) {
+    const struct {
+        std::string text;
+        int64_t count;
+        bool isArray;
+    } cases[] = {
+        {"{}", 0, false},   {"[]", 0, true},    {" \t\r\n[ ]", 0, true},
+        {"{} x", 0, false}, {"[1]]]", 1, true}, {"{\"a\":1,\"a\":2}", 1, false},
+        {"[1e]", 1, true},  {"[1e+]", 1, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const JSONItem item(bytesOf(c.text));
+        EXPECT_EQ(item.Count(), c.count);
+        EXPECT_EQ(item.IsArray(), c.isArray);
+    }
+}
+
+TEST(JSONParser, numbers_takeTheirKindFromFormAndSize) {
+    const struct {
+        std::string text;
+        int32_t varType;
+        double value;
+    } cases[] = {
+        {"[0]", VarTypes::Int32, 0},
+        {"[-0]", VarTypes::Int32, 0},
+        {"[2147483647]", VarTypes::Int32, 2147483647.0},
+        {"[-2147483648]", VarTypes::Int32, -2147483648.0},
+        {"[2147483648]", VarTypes::Int64, 2147483648.0},
+        {"[-2147483649]", VarTypes::Int64, -2147483649.0},
+        {"[3000000000]", VarTypes::Int64, 3e9},
+        {"[1.0]", VarTypes::Double, 1},
+        {"[1e0]", VarTypes::Double, 1},
+        {"[0e3]", VarTypes::Double, 0},
+        {"[1e5]", VarTypes::Double, 1e5},
+        {"[1E5]", VarTypes::Double, 1e5},
+        {"[-2.5e-3]", VarTypes::Double, -2.5e-3},
+        {"[0.125]", VarTypes::Double, 0.125},
+        {"[1e]", VarTypes::Double, 1},
+        {"[1e400]", VarTypes::Double, std::numeric_limits<double>::infinity()},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const Variant value = onlyElement(c.text);
+        EXPECT_EQ(VarType(value), c.varType);
+        EXPECT_EQ(VariantToDouble(value), c.value);
+    }
+}
+
+TEST(JSONParser, largeIntegers_passThroughADouble) {
+    const struct {
+        std::string text;
+        int64_t value;
+    } cases[] = {
+        // 2 to the 53rd plus one has no Double of its own.
+        {"[9007199254740993]", 9007199254740992},
+        // Eighteen and nineteen digits: both sides of the exact shortcut.
+        {"[123456789012345678]", 123456789012345680},
+        {"[-123456789012345678]", -123456789012345680},
+        {"[1234567890123456789]", 1234567890123456768},
+        {"[-9223372036854775808]", INT64_MIN},
+        {"[99999999999999999999999]", INT64_MAX},
+        {"[-99999999999999999999999]", INT64_MIN},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const Variant value = onlyElement(c.text);
+        EXPECT_EQ(VarType(value), VarTypes::Int64);
+        EXPECT_EQ(VariantToInt64(value), c.value);
+    }
+}
+
+TEST(JSONParser, stringEscapesAndBytes_areResolvedAsBytes) {
+    const struct {
+        std::string text;
+        std::string bytes;
+    } cases[] = {
+        {R"(["plain"])", "plain"},
+        {R"([""])", ""},
+        {R"(["\"\\\/\b\f\n\r\t"])", "\"\\/\b\f\n\r\t"},
+        {R"(["a\u0042c"])", "aBc"},
+        {R"(["\u00e9\u00E9"])", "\xC3\xA9\xC3\xA9"},
+        {R"(["\u20AC"])", "\xE2\x82\xAC"},
+        {R"(["\u00G1"])", std::string(1, '\0')},
+        // Each half of a surrogate pair becomes a character of its own.
+        {R"(["\uD83D\uDE00"])", "\xED\xA0\xBD\xED\xB8\x80"},
+        {"[\"caf\xC3\xA9\"]", "caf\xC3\xA9"},
+        {"[\"\xFF\x01\t\"]", "\xFF\x01\t"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const Variant value = onlyElement(c.text);
+        ASSERT_EQ(VarType(value), VarTypes::String);
+        const String text = VariantToString(value);
+        EXPECT_EQ(std::string(text.bytes()), c.bytes);
+        EXPECT_EQ(text.encoding(), nullptr);
+    }
+}
+
+TEST(JSONParser, parsedText_printsInTheOneFormAndComesBackUnchanged) {
+    const struct {
+        std::string text;
+        std::string printed;
+    } cases[] = {
+        {" { \"a\" : [ 1 , 2.5 , true , false , null , \"x/y\" ] } ",
+         R"({"a":[1,2.5,true,false,null,"x\/y"]})"},
+        {"[1e5, 2147483648, -0, 1.0, -0.5]", "[100000.0,2147483648,0,1.0,-0.5]"},
+        {R"({"b":{},"a":[],"c":[{}]})", R"({"b":{},"a":[],"c":[{}]})"},
+        {R"({"a":1,"a":2})", R"({"a":2})"},
+        {"[\"\\u0001\xC3\xA9\\t\\\"\"]", "[\"\\u0001\xC3\xA9\\t\\\"\"]"},
+        {"{\"\xC3\xA9\":\"\\u00e9\"}", "{\"\xC3\xA9\":\"\xC3\xA9\"}"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const String printed = JSONItem(bytesOf(c.text)).ToString();
+        EXPECT_EQ(std::string(printed.bytes()), c.printed);
+        EXPECT_EQ(JSONItem(printed).ToString(), printed);
+    }
+}
+
+TEST(JSONParser, load_keepsTheLoadersFlagAndSettings) {
+    auto array = New<JSONItem>();
+    array->Append(1);
+    array->Compact = false;
+    array->Load("{}");
+    EXPECT_TRUE(array->IsArray());
+    EXPECT_EQ(array->Count(), 0);
+    EXPECT_FALSE(array->Compact);
+
+    auto object = New<JSONItem>();
+    object->Value("kept", 1);
+    ExpectJSONFailure([&] { object->Load("[1,"); }, 2, "A parsing error occurred at position 3");
+    // The flag was set before the failure; the values are those of before.
+    EXPECT_TRUE(object->IsArray());
+    EXPECT_EQ(object->Count(), 1);
+    EXPECT_TRUE(object->HasName("kept"));
+}
+
+TEST(JSONParser, blankText_givesAnEmptyItemWithoutParsing) {
+    for (const char* text : {"", " ", "\t\r\n ", "\f"}) {
+        SCOPED_TRACE(text);
+        const JSONItem item{String(text)};
+        EXPECT_EQ(item.Count(), 0);
+        EXPECT_FALSE(item.IsArray());
+    }
+    ExpectJSONFailure([] { JSONItem item(String(" x ")); }, 1,
+                      "Parse Error: Expecting '{' or '[' at position 1");
+}
+
+TEST(JSONParser, deepNesting_parsesUpToTheGuardAndRefusesBeyond) {
+    const int guard = static_cast<int>(JSONItem::MaxDepth);
+    for (const auto& [open, close] : {std::pair{"[", "]"}, std::pair{"{\"a\":", "}"}}) {
+        SCOPED_TRACE(open);
+        const std::string deepest = nested(guard - 1, open, "[1]", close);
+        const JSONItem item(bytesOf(deepest));
+        EXPECT_EQ(depthOf(item), guard);
+        // The printer's limit is the parser's: what one takes, the other gives back.
+        EXPECT_EQ(std::string(item.ToString().bytes()), deepest);
+        EXPECT_THROW(JSONItem(bytesOf(nested(guard, open, "[1]", close))), StackOverflowException);
+        EXPECT_THROW(JSONItem(bytesOf(nested(guard, open, "[]", close))), StackOverflowException);
+    }
+}
+
+}  // namespace
+}  // namespace vx
