@@ -1,7 +1,6 @@
 #include "runtime/Dictionary.h"
 
-#include <new>
-#include <stdexcept>
+#include "runtime/AllocationGuard.h"
 
 namespace vx {
 
@@ -77,7 +76,7 @@ Variant Dictionary::Value(const Variant& key) const {
 }
 
 void Dictionary::Value(const Variant& key, const Variant& value) {
-    try {
+    GuardAllocation([&] {
         const auto [found, added] = index_.try_emplace(key, entries_.size());
         if (!added) {
             entries_[found->second].value = value;
@@ -89,11 +88,7 @@ void Dictionary::Value(const Variant& key, const Variant& value) {
             index_.erase(found);
             throw;
         }
-    } catch (const std::bad_alloc&) {
-        throw OutOfMemoryException();
-    } catch (const std::length_error&) {
-        throw OutOfMemoryException();
-    }
+    });
 }
 
 Ref<Array<Variant>> Dictionary::Values() const {

@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include "runtime/Collection.h"
+#include "runtime/ui/UIServices.h"
+
+namespace vx {
+namespace {
+
+// Counts the yields of the key walk; every other service is unused here.
+class YieldCounter : public UIServices {
+public:
+    YieldCounter() { InstallUIServices(this); }
+    ~YieldCounter() override { InstallUIServices(nullptr); }
+
+    void MsgBox(const String&) override {}
+    void Beep() override {}
+    void BackgroundTask() override { ++yields; }
+    Ref<FolderItem> SelectFolder() override { return nullptr; }
+    Ref<FolderItem> GetSaveFolderItem(const String&, const String&) override { return nullptr; }
+    Ref<FolderItem> ShowOpenDialog(const String&, const String&, const String&) override {
+        return nullptr;
+    }
+    void Launch(const FolderItem&, bool) override {}
+
+    int yields = 0;
+};
+
+std::vector<Variant> values(const Collection& cells) {
+    std::vector<Variant> all;
+    for (int64_t index = 1; index <= cells.Count(); ++index) {
+        all.push_back(cells.Item(index));
+    }
+    return all;
+}
+
+TEST(Collection, empty_hasNoCellsAndFindsNothing) {
+    Collection cells;
+    EXPECT_EQ(cells.Count(), 0);
+    EXPECT_EQ(VariantCompare(cells.Item("absent"), Variant()), 0);
+    EXPECT_THROW(cells.Item(1), OutOfBoundsException);
+    EXPECT_NO_THROW(cells.Remove("absent"));
+}
+
+TEST(Collection, itemByIndex_countsFromOneInTheOrderOfAdd) {
+    Collection cells;
+    cells.Add(10, "a");
+    cells.Add("twenty");
+    cells.Add(30.5, "c");
+    EXPECT_EQ(cells.Count(), 3);
+    EXPECT_EQ(values(cells), (std::vector<Variant>{10, "twenty", 30.5}));
+    EXPECT_EQ(cells.Key(1), Variant("a"));
+    EXPECT_EQ(VarType(cells.Key(2)), VarTypes::String) << "a missing key is the empty String";
+    EXPECT_THROW(cells.Item(0), OutOfBoundsException);
+    EXPECT_THROW(cells.Item(4), OutOfBoundsException);
+}
+
+TEST(Collection, duplicateKeys_itemAndRemoveTakeTheFirstOnly) {
+    Collection cells;
+    cells.Add(1, "k");
+    cells.Add(2, "x");
+    cells.Add(3, "k");
+    EXPECT_EQ(cells.Item("k"), Variant(1));
+    cells.Remove("k");
+    EXPECT_EQ(values(cells), (std::vector<Variant>{2, 3}));
+    EXPECT_EQ(cells.Item("k"), Variant(3));
+    EXPECT_EQ(VariantCompare(cells.Item("K"), Variant()), 0) << "keys are compared exactly";
+}
+
+TEST(Collection, removeByIndexInTheMiddle_movesLaterCellsDown) {
+    Collection cells;
+    for (int value = 1; value <= 4; ++value) {
+        cells.Add(value, String(std::to_string(value), nullptr));
+    }
+    cells.Remove(2);
+    EXPECT_EQ(values(cells), (std::vector<Variant>{1, 3, 4}));
+    EXPECT_EQ(cells.Key(2), Variant("3"));
+    EXPECT_THROW(cells.Remove(4), OutOfBoundsException);
+}
+
+TEST(Collection, keyWalk_yieldsAtEachCellThatDoesNotMatch) {
+    YieldCounter counter;
+    Collection cells;
+    cells.Add(1, "a");
+    cells.Add(2, "b");
+    cells.Add(3, "c");
+    EXPECT_EQ(cells.Item("c"), Variant(3));
+    EXPECT_EQ(counter.yields, 2);
+    EXPECT_EQ(VariantCompare(cells.Item("z"), Variant()), 0);
+    EXPECT_EQ(counter.yields, 5);
+}
+
+}  // namespace
+}  // namespace vx
