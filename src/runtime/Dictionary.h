@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 #include "runtime/Array.h"
@@ -40,6 +39,8 @@ public:
     virtual void Value(const Variant& key, const Variant& value);
     virtual Ref<Array<Variant>> Values() const;
 
+    // The number of slots of the hash table. Setting it makes room for that
+    // many ahead of time; the table never shrinks below what Count needs.
     int64_t BinCount() const;
     void BinCount(int64_t bins);
     int64_t Count() const;
@@ -48,16 +49,31 @@ private:
     struct Entry {
         Variant key;
         Variant value;
+        uint64_t hash = 0;
         bool removed = false;
     };
 
+    // Where the probe for a hash starts.
+    std::size_t homeSlot(uint64_t hash) const;
+    // The slot that holds the key's entry, or the empty slot where it would go.
+    std::size_t slotOf(const Variant& key, uint64_t hash) const;
+    // The key's entry, or null.
+    const Entry* entryOf(const Variant& key) const;
+    // Grows the slots ahead of an insertion so that at most three in four are used.
+    void reserveSlot();
+    // Points a fresh table of slotCount slots at the live entries.
+    void rebuildSlots(std::size_t slotCount) const;
     // Squeezes out removed entries so that a place is again an index of entries_.
     void compact() const;
 
     // Insertion order, with removed entries left as holes until the next compaction.
     mutable std::vector<Entry> entries_;
-    // Key to its index in entries_.
-    mutable std::unordered_map<Variant, std::size_t> index_;
+    // Open addressing with linear probing: a slot holds an index of entries_
+    // plus 1, or 0 when empty. Its size is a power of two, or 0 before the first key.
+    mutable std::vector<uint32_t> slots_;
+    // 64 minus the number of bits of a slot index.
+    mutable int shift_ = 64;
+    std::size_t count_ = 0;
     mutable std::size_t holes_ = 0;
 };
 

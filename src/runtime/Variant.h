@@ -164,6 +164,10 @@ uint64_t VariantToUInt64(const Variant& value);
 // The object held; nil for nil, TypeMismatchException for a scalar or an array.
 Ref<Object> VariantToObject(const Variant& value);
 
+// With a mask, the value read as a Double and shaped by the mask, with "." as
+// the decimal point in every locale; with an empty mask, its String form.
+String Str(const Variant& value, const String& mask);
+
 }  // namespace vx
 
 template <>

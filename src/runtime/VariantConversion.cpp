@@ -1,10 +1,11 @@
 #include <charconv>
-#include <cstdlib>
 #include <string>
 
 #include "runtime/Date.h"
+#include "runtime/NumberFormat.h"
 #include "runtime/Overloaded.h"
 #include "runtime/TextEncoding.h"
+#include "runtime/Val.h"
 #include "runtime/Variant.h"
 #include "runtime/VariantNumber.h"
 
@@ -74,7 +75,7 @@ void require(const Variant& value, Target target) {
 }
 
 // Whole-number text is read exactly, so that a 64-bit key survives the trip
-// through its text; anything else is read as a Double.
+// through its text; anything else is read by Val.
 VariantNumber numberInText(const String& text) {
     const std::string_view bytes = text.bytes();
     const char* first = bytes.data();
@@ -93,7 +94,7 @@ VariantNumber numberInText(const String& text) {
             return VariantNumber::ofUnsigned(large);
         }
     }
-    return VariantNumber::ofFloating(std::strtod(text.c_str(), nullptr));
+    return VariantNumber::ofFloating(Val(text));
 }
 
 VariantNumber numberOf(const Variant& value) {
@@ -255,6 +256,13 @@ Ref<Object> VariantToObject(const Variant& value) {
         throw TypeMismatchException();
     }
     return *object;
+}
+
+String Str(const Variant& value, const String& mask) {
+    if (mask.isEmpty()) {
+        return VariantToString(value);
+    }
+    return FormatNumber(VariantToDouble(value), mask, false);
 }
 
 }  // namespace vx

@@ -1,29 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "runtime/Collection.h"
-#include "runtime/ui/UIServices.h"
+#include "support/RecordingUIServices.h"
 
 namespace vx {
 namespace {
-
-// Counts the yields of the key walk; every other service is unused here.
-class YieldCounter : public UIServices {
-public:
-    YieldCounter() { InstallUIServices(this); }
-    ~YieldCounter() override { InstallUIServices(nullptr); }
-
-    void MsgBox(const String&) override {}
-    void Beep() override {}
-    void BackgroundTask() override { ++yields; }
-    Ref<FolderItem> SelectFolder() override { return nullptr; }
-    Ref<FolderItem> GetSaveFolderItem(const String&, const String&) override { return nullptr; }
-    Ref<FolderItem> ShowOpenDialog(const String&, const String&, const String&) override {
-        return nullptr;
-    }
-    void Launch(const FolderItem&, bool) override {}
-
-    int yields = 0;
-};
 
 std::vector<Variant> values(const Collection& cells) {
     std::vector<Variant> all;
@@ -78,15 +59,16 @@ TEST(Collection, removeByIndexInTheMiddle_movesLaterCellsDown) {
 }
 
 TEST(Collection, keyWalk_yieldsAtEachCellThatDoesNotMatch) {
-    YieldCounter counter;
+    test::RecordingUIServices recorder;
+    const test::InstalledUIServices installed(recorder);
     Collection cells;
     cells.Add(1, "a");
     cells.Add(2, "b");
     cells.Add(3, "c");
     EXPECT_EQ(cells.Item("c"), Variant(3));
-    EXPECT_EQ(counter.yields, 2);
+    EXPECT_EQ(recorder.backgroundTasks, 2);
     EXPECT_EQ(VariantCompare(cells.Item("z"), Variant()), 0);
-    EXPECT_EQ(counter.yields, 5);
+    EXPECT_EQ(recorder.backgroundTasks, 5);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -126,43 +128,46 @@ TEST(Dictionary, clear_emptiesTheTableForReuse) {
 }
 
 // Random writes, removals and walks by place, checked against a plain list of
-// pairs in insertion order, so every path through the holes is exercised.
-TEST(Dictionary, randomEditsAndWalks_matchAnOrderedList) {
-    std::mt19937 random(12345);
+// pairs in insertion order, so every path through the holes and the probe
+// runs is exercised, in a crowded key space and in a sparse one.
+void checkRandomEditsAgainstList(int64_t keySpace, unsigned seed) {
+    std::mt19937 random(seed);
     Dictionary table;
     std::vector<std::pair<int64_t, int64_t>> model;
     const auto find = [&](int64_t key) {
         return std::find_if(model.begin(), model.end(),
                             [key](const auto& entry) { return entry.first == key; });
     };
-    for (int step = 0; step < 20000; ++step) {
-        const int64_t key = random() % 64;
+    for (int64_t step = 0; step < 20000; ++step) {
+        const int64_t key = static_cast<int64_t>(random() % keySpace);
+        const auto entry = find(key);
         switch (random() % 4) {
             case 0:
             case 1:
-                table.Value(key, int64_t{step});
-                if (auto entry = find(key); entry != model.end()) {
+                table.Value(key, step);
+                if (entry != model.end()) {
                     entry->second = step;
                 } else {
                     model.emplace_back(key, step);
                 }
                 break;
             case 2:
-                if (auto entry = find(key); entry != model.end()) {
+                if (entry != model.end()) {
                     table.Remove(key);
                     model.erase(entry);
                 } else {
-                    EXPECT_THROW(table.Remove(key), KeyNotFoundException);
+                    ASSERT_THROW(table.Remove(key), KeyNotFoundException);
                 }
                 break;
-            default: {
+            default:
+                ASSERT_EQ(table.HasKey(key), entry != model.end());
                 ASSERT_EQ(table.Count(), static_cast<int64_t>(model.size()));
-                const int64_t place = model.empty() ? 0 : random() % model.size();
                 if (!model.empty()) {
-                    ASSERT_EQ(VariantToInt64(table.Key(place)), model[place].first);
+                    const std::size_t place = random() % model.size();
+                    ASSERT_EQ(VariantToInt64(table.Key(static_cast<int64_t>(place))),
+                              model[place].first);
                     ASSERT_EQ(VariantToInt64(table.Value(model[place].first)), model[place].second);
                 }
-            }
         }
     }
     std::vector<Variant> expected;
@@ -170,6 +175,29 @@ TEST(Dictionary, randomEditsAndWalks_matchAnOrderedList) {
         expected.emplace_back(entry.first);
     }
     EXPECT_EQ(keysByPlace(table), expected);
+}
+
+TEST(Dictionary, randomEditsAndWalks_matchAnOrderedList) {
+    for (const int64_t keySpace : {64, 4096}) {
+        SCOPED_TRACE(keySpace);
+        checkRandomEditsAgainstList(keySpace, 12345);
+    }
+}
+
+TEST(Dictionary, binCount_growsOnRequestAndKeepsEveryKey) {
+    Dictionary table;
+    for (int64_t i = 0; i < 100; ++i) {
+        table.Value(String(std::to_string(i), nullptr), i);
+    }
+    const int64_t before = table.BinCount();
+    EXPECT_GE(before, table.Count());
+    table.BinCount(5000);
+    EXPECT_GE(table.BinCount(), 5000);
+    table.BinCount(1);
+    EXPECT_GE(table.BinCount(), 5000);
+    for (int64_t i = 0; i < 100; ++i) {
+        ASSERT_EQ(table.Value(String(std::to_string(i), nullptr)), Variant(i));
+    }
 }
 
 }  // namespace

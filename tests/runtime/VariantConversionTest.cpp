@@ -155,6 +155,8 @@ TEST(VariantConversion, textToNumber_readsWholeNumbersExactlyAndTheRestAsDouble)
         {"0", 0, 0, 0, false},
         {"abc", 0, 0, 0, false},
         {"+-5", 0, 0, 0, false},
+        {"&h10", 16, 16, 16, true},
+        {" 12.5xyz", 12.5, 12, 12, true},
         {"TRUE", 0, 0, 0, true},
         {"false", 0, 0, 0, false},
     };
@@ -202,6 +204,33 @@ TEST(VariantConversion, currency_roundsToTenThousandthsAndPrintsWithoutTrailingZ
         EXPECT_EQ(amount.tenThousandths(), c.tenThousandths);
         EXPECT_EQ(VariantToString(amount), String(c.text));
     }
+}
+
+TEST(VariantConversion, strWithMask_formatsTheDoubleAndWithoutMaskGivesTheText) {
+    const String json = "-0.0##############";
+    const struct {
+        Variant value;
+        String mask;
+        const char* text;
+    } cases[] = {
+        {2.0, json, "2.0"},
+        {-0.5, json, "-0.5"},
+        {0.5f, json, "0.5"},
+        {int64_t{7}, json, "7.0"},
+        {true, json, "1.0"},
+        {"1.25", json, "1.25"},
+        {2.0, "", "2"},
+        {0.1f, "", "0.1"},
+        {1e21, "", "1e+21"},
+        {int64_t{-12}, "", "-12"},
+        {"as it is", "", "as it is"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(Str(c.value, c.mask), String(c.text));
+    }
+    EXPECT_THROW(Str(Ptr{}, json), TypeMismatchException);
+    EXPECT_THROW(Str(New<Date>(), json), TypeMismatchException);
 }
 
 TEST(VariantConversion, stringToString_keepsTheEncodingTag) {
