@@ -34,6 +34,10 @@ String FormatNumber(double value, const String& mask, bool useLocale);
 // for negative numbers; otherwise the number as a Double through the mask,
 // with "." as the decimal point in every locale.
 String Str(int64_t value, const String& mask);
+// A floating value would silently lose its fraction through the integer form;
+// it goes through the Variant form instead: Str(Variant(x), mask).
+String Str(double value, const String& mask) = delete;
+String Str(float value, const String& mask) = delete;
 
 // The value through the mask with the user's decimal point.
 String Format(double value, const String& mask);

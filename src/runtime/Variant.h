@@ -156,7 +156,9 @@ int32_t VariantToInt32(const Variant& value);
 int64_t VariantToInt64(const Variant& value);
 Ptr VariantToPtr(const Variant& value);
 float VariantToSingle(const Variant& value);
-// A String held comes back itself, with its encoding tag.
+// A String held comes back itself, with its encoding tag. Every value has a
+// text: a Date its SQL date and time, any other object and every array the
+// empty String.
 String VariantToString(const Variant& value);
 Text VariantToText(const Variant& value);
 uint32_t VariantToUInt32(const Variant& value);

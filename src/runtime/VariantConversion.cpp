@@ -2,6 +2,7 @@
 #include <string>
 
 #include "runtime/Date.h"
+#include "runtime/Hex.h"
 #include "runtime/NumberFormat.h"
 #include "runtime/Overloaded.h"
 #include "runtime/TextEncoding.h"
@@ -40,32 +41,31 @@ constexpr Targets allBut(Targets missing) {
 // Boolean or a Color gives no Currency or Ptr, a Currency no Color or Ptr, a
 // floating value no Ptr, and a String, oddly, no Text.
 Targets targetsOf(const Variant::Storage& storage) {
-    return std::visit(
-        Overloaded{
-            [](std::monostate) { return everyTarget; },
-            [](bool) { return allBut(bit(Target::Currency) | bit(Target::Ptr)); },
-            [](Color) { return allBut(bit(Target::Currency) | bit(Target::Ptr)); },
-            [](Currency) { return allBut(bit(Target::Color) | bit(Target::Ptr)); },
-            [](float) { return allBut(bit(Target::Ptr)); },
-            [](double) { return allBut(bit(Target::Ptr)); },
-            [](const String&) { return allBut(bit(Target::Text)); },
-            [](const Text&) {
-                return bit(Target::Double) | bit(Target::Single) | bit(Target::String) |
-                       bit(Target::Text);
-            },
-            [](Ptr) {
-                return bit(Target::Int32) | bit(Target::Int64) | bit(Target::Ptr) |
-                       bit(Target::String) | bit(Target::UInt32) | bit(Target::UInt64);
-            },
-            // A Date is the one object with a text of its own.
-            [](const Ref<Object>& held) {
-                return RuntimeObjectIsa<Date>(held) ? bit(Target::String) : Targets{0};
-            },
-            [](const Ref<ArrayBase>&) { return Targets{0}; },
-            // The four integer kinds offer everything.
-            [](const auto&) { return everyTarget; },
-        },
-        storage);
+    return std::visit(Overloaded{
+                          [](std::monostate) { return everyTarget; },
+                          [](bool) { return allBut(bit(Target::Currency) | bit(Target::Ptr)); },
+                          [](Color) { return allBut(bit(Target::Currency) | bit(Target::Ptr)); },
+                          [](Currency) { return allBut(bit(Target::Color) | bit(Target::Ptr)); },
+                          [](float) { return allBut(bit(Target::Ptr)); },
+                          [](double) { return allBut(bit(Target::Ptr)); },
+                          [](const String&) { return allBut(bit(Target::Text)); },
+                          [](const Text&) {
+                              return bit(Target::Double) | bit(Target::Single) |
+                                     bit(Target::String) | bit(Target::Text);
+                          },
+                          [](Ptr) {
+                              return bit(Target::Int32) | bit(Target::Int64) | bit(Target::Ptr) |
+                                     bit(Target::String) | bit(Target::UInt32) |
+                                     bit(Target::UInt64);
+                          },
+                          // Objects and arrays offer only a text, so that a message about
+                          // one can always be written.
+                          [](const Ref<Object>&) { return bit(Target::String); },
+                          [](const Ref<ArrayBase>&) { return bit(Target::String); },
+                          // The four integer kinds offer everything.
+                          [](const auto&) { return everyTarget; },
+                      },
+                      storage);
 }
 
 void require(const Variant& value, Target target) {
@@ -123,13 +123,10 @@ String decimalText(Number number) {
                   Encodings::UTF8);
 }
 
+// "&h" and eight digits, alpha first, the form a colour is written in.
 String hexText(const Color& color) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    std::string text = "&h";
-    for (int shift = 28; shift >= 0; shift -= 4) {
-        text += digits[(color.packed() >> shift) & 0xF];
-    }
-    return String(std::move(text), Encodings::UTF8);
+    const std::string digits = "0000000" + std::string(Hex(color.packed()).bytes());
+    return String("&h" + digits.substr(digits.size() - 8), Encodings::UTF8);
 }
 
 // Whole units, then up to four decimals without trailing zeros.
@@ -148,20 +145,23 @@ String currencyText(Currency amount) {
 }
 
 String textOf(const Variant& value) {
-    return std::visit(
-        Overloaded{
-            [](std::monostate) { return String(); },
-            [](bool held) { return String(held ? "True" : "False"); },
-            [](const String& held) { return held; },
-            [](const Text& held) { return held.ToString(); },
-            [](Color held) { return hexText(held); },
-            [](Currency held) { return currencyText(held); },
-            [](Ptr held) { return decimalText(held.Address); },
-            [](const Ref<Object>& held) { return RuntimeCheckCast<Date>(held)->SQLDateTime(); },
-            [](const Ref<ArrayBase>&) -> String { throw TypeMismatchException(); },
-            [](const auto& held) { return decimalText(held); },
-        },
-        value.storage());
+    return std::visit(Overloaded{
+                          [](std::monostate) { return String(); },
+                          [](bool held) { return String(held ? "True" : "False"); },
+                          [](const String& held) { return held; },
+                          [](const Text& held) { return held.ToString(); },
+                          [](Color held) { return hexText(held); },
+                          [](Currency held) { return currencyText(held); },
+                          [](Ptr held) { return decimalText(held.Address); },
+                          // A Date is the one object with a text of its own.
+                          [](const Ref<Object>& held) {
+                              const auto date = std::dynamic_pointer_cast<Date>(held.shared());
+                              return date ? date->SQLDateTime() : String();
+                          },
+                          [](const Ref<ArrayBase>&) { return String(); },
+                          [](const auto& held) { return decimalText(held); },
+                      },
+                      value.storage());
 }
 
 template <class Result>

@@ -118,8 +118,14 @@ TEST(VariantConversion, everyKindToEveryTarget_followsTheTableWithItsGaps) {
          New<Date>(2024, 2, 29, 13, 5, 9, 0.0),
          {mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, mismatch,
           "2024-02-29 13:05:09", mismatch, mismatch, mismatch}},
-        {"object", New<Dictionary>(), {}},
-        {"array", CreateArray<int64_t>(2), {}},
+        {"object",
+         New<Dictionary>(),
+         {mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, "",
+          mismatch, mismatch, mismatch}},
+        {"array",
+         CreateArray<int64_t>(2),
+         {mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, mismatch, "",
+          mismatch, mismatch, mismatch}},
     };
 
     for (const Row& row : rows) {

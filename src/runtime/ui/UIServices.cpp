@@ -4,7 +4,9 @@
 
 namespace vx {
 
-void InstallUIServices(UIServices* services) { detail::installedUIServices = services; }
+void InstallUIServices(UIServices* services) {
+    detail::installedUIServices = services;
+}
 
 void MsgBox(const String& message) {
     if (auto* services = detail::installedUIServices) {
@@ -30,6 +32,14 @@ Ref<FolderItem> SelectFolder() {
 Ref<FolderItem> GetSaveFolderItem(const String& filter, const String& defaultName) {
     if (auto* services = detail::installedUIServices) {
         return services->GetSaveFolderItem(filter, defaultName);
+    }
+    return nullptr;
+}
+
+Ref<FolderItem> ShowOpenDialog(const String& promptText, const String& title,
+                               const String& filter) {
+    if (auto* services = detail::installedUIServices) {
+        return services->ShowOpenDialog(promptText, title, filter);
     }
     return nullptr;
 }

@@ -42,6 +42,7 @@ void MsgBox(const String& message);
 void Beep();
 Ref<FolderItem> SelectFolder();
 Ref<FolderItem> GetSaveFolderItem(const String& filter, const String& defaultName);
+Ref<FolderItem> ShowOpenDialog(const String& promptText, const String& title, const String& filter);
 
 // Called once per pass of every long loop, so it must cost next to nothing
 // when nobody listens: one load and one branch.

@@ -1,0 +1,10 @@
+#include "app/Startup.h"
+#include "runtime/ui/RuntimeLifecycle.h"
+
+// The program reads no argument: it has no command line.
+int main() {
+    vx::_Main();
+    vx::RuntimePerformFinalizers();
+    vx::exitCode = vx::RuntimeExit();
+    return vx::exitCode;
+}

@@ -1,0 +1,86 @@
+#include "runtime/ui/Application.h"
+
+#include <QApplication>
+
+#include "runtime/ui/MenuBar.h"
+#include "runtime/ui/UnhandledException.h"
+#include "runtime/ui/Window.h"
+
+namespace vx {
+
+namespace {
+Ref<Application> appObject;
+}  // namespace
+
+void _UpdateMenuEnabling() {
+    if (appObject && appObject->MenuBar()) {
+        appObject->MenuBar()->_UpdateEnabled();
+    }
+    for (const Ref<Window>& window : _OpenWindows()) {
+        if (window->MenuBar()) {
+            window->MenuBar()->_UpdateEnabled();
+        }
+    }
+}
+
+Application::Application() = default;
+Application::~Application() = default;
+
+void Application::MenuBar(Ref<vx::MenuBar> bar) {
+    menuBar_ = std::move(bar);
+    if (menuBar_) {
+        menuBar_->_UpdateEnabled();
+    }
+}
+
+void Application::_AddMenuHandler(const String& itemName, MenuHandler handler) {
+    menuHandlers_[itemName] = std::move(handler);
+    _UpdateMenuEnabling();
+}
+
+bool Application::_HasMenuHandler(const String& itemName) const {
+    return menuHandlers_.contains(itemName);
+}
+
+bool Application::_HandleMenuCommand(const String& itemName) {
+    auto found = menuHandlers_.find(itemName);
+    if (found == menuHandlers_.end()) {
+        return false;
+    }
+    MenuHandler handler = found->second;
+    bool handled = true;
+    _CallFunctionWithExceptionHandling([&] { handled = handler(); });
+    return handled;
+}
+
+void Application::_SetSupportsHiDPI(bool supported) {
+    // Scaling for dense screens is always on in this toolkit; without support
+    // the program asks to be drawn at one device pixel per point.
+    if (!supported && QApplication::instance() == nullptr) {
+        qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    }
+}
+
+void _RuntimeRegisterAppObject(Ref<Application> app) {
+    appObject = std::move(app);
+}
+
+Ref<Application> _GetAppObject() {
+    return appObject;
+}
+
+void _CallFunctionWithExceptionHandling(const std::function<void()>& function) {
+    try {
+        function();
+    } catch (const EndException&) {
+    } catch (const ThreadEndException&) {
+    } catch (const RuntimeException& failure) {
+        Ref<Application> app = appObject;
+        if (app && app->UnhandledException && app->UnhandledException(failure)) {
+            return;
+        }
+        RuntimeUnhandledException(failure);
+    }
+}
+
+}  // namespace vx

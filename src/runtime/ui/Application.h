@@ -1,0 +1,61 @@
+#pragma once
+
+#include <functional>
+#include <map>
+
+#include "runtime/Object.h"
+#include "runtime/Ref.h"
+#include "runtime/RuntimeException.h"
+#include "runtime/String.h"
+
+namespace vx {
+
+class MenuBar;
+
+// The running program. The one object of the system's class derived from this
+// is registered at start-up and reached through _GetAppObject; it owns the menu
+// bar that stands when no window does, and the menu handlers bound by item name.
+class Application : public Object {
+public:
+    using MenuHandler = std::function<bool()>;
+
+    Application();
+    ~Application() override;
+
+    Ref<vx::MenuBar> MenuBar() const { return menuBar_; }
+    void MenuBar(Ref<vx::MenuBar> bar);
+
+    // Binds a handler to the menu item of that Name, anywhere in any menu bar.
+    void _AddMenuHandler(const String& itemName, MenuHandler handler);
+    bool _HasMenuHandler(const String& itemName) const;
+    // Runs the handler bound to the name under the exception handling; false
+    // when there is none or it declined the command.
+    bool _HandleMenuCommand(const String& itemName);
+
+    // Must be called before the toolkit comes up (_RuntimeInitExternalClasses).
+    static void _SetSupportsHiDPI(bool supported);
+
+    // Asked before the default report of an uncaught failure; true means the
+    // application has dealt with it. Unset, every failure is reported.
+    std::function<bool(const RuntimeException&)> UnhandledException;
+
+private:
+    Ref<vx::MenuBar> menuBar_;
+    std::map<String, MenuHandler> menuHandlers_;
+};
+
+// Makes the object the application of the process (nil forgets it).
+void _RuntimeRegisterAppObject(Ref<Application> app);
+Ref<Application> _GetAppObject();
+
+// Runs a handler as the toolkit runs every event: an EndException or a
+// ThreadEndException ends it quietly, any other RuntimeException goes to the
+// application's UnhandledException and then to the default report. Other
+// exceptions are raised on.
+// Brings the enabled state of the items of every menu bar in use up to date,
+// as the focus moves between controls.
+void _UpdateMenuEnabling();
+
+void _CallFunctionWithExceptionHandling(const std::function<void()>& function);
+
+}  // namespace vx

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <typeinfo>
+
+#include "runtime/String.h"
+
+namespace vx {
+
+// The system's name of an object's class, without namespaces:
+// "NilObjectException", "frmMain".
+String RuntimeClassName(const std::type_info& type);
+
+}  // namespace vx

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "runtime/ui/TextEdit.h"
+
+namespace vx {
+
+// A multi-line text area. Line ends read back as "\n"; carriage returns in an
+// assigned text are shown as line ends too.
+class TextArea : public TextEdit {
+public:
+    TextArea();
+
+    String Text() const override;
+    void Text(const String& text) override;
+    // Adds text at the end without touching what is there, so a log that grows
+    // line by line costs the length of the line, not of the log.
+    void AppendText(const String& text);
+
+    void Undo() override;
+    void Cut() override;
+    void Copy() override;
+    void Paste() override;
+    void DeleteSelection() override;
+    void SelectAll() override;
+    bool CanUndo() const override;
+    bool HasSelection() const override;
+
+private:
+    void ApplyReadOnly() override;
+};
+
+}  // namespace vx

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+#include "runtime/FolderItem.h"
+#include "runtime/ui/DesktopUIServices.h"
+#include "runtime/ui/FileTypeRegistry.h"
+#include "runtime/ui/Window.h"
+#include "support/ScratchFolder.h"
+#include "support/ToolkitEnvironment.h"
+
+namespace vx {
+namespace {
+
+// Registers the types of the test and takes them out again afterwards.
+class FileDialogs : public ::testing::Test {
+protected:
+    void SetUp() override {
+        RuntimeRegisterFileType("Vantrelix App", "", "????", ".vxpk", "");
+        RuntimeRegisterFileType("Any", "", "????", ".*", "");
+        RuntimeRegisterFileType("Web Page", "", "", ".html;.htm", "");
+    }
+    void TearDown() override {
+        for (const char* name : {"Vantrelix App", "Any", "Web Page"}) {
+            RuntimeDeregisterFileType(name);
+        }
+    }
+};
+
+TEST_F(FileDialogs, filterOfTypeNames_givesNameFiltersOfTheirExtensions) {
+    struct Case {
+        const char* filter;
+        const char* nameFilters;
+        const char* suffix;
+    };
+    for (const Case& c : {
+             Case{"Vantrelix App", "Vantrelix App (*.vxpk)", "vxpk"},
+             Case{"Vantrelix App;Any", "Vantrelix App (*.vxpk);;Any (*)", "vxpk"},
+             Case{"Any;Vantrelix App", "Any (*);;Vantrelix App (*.vxpk)", ""},
+             Case{"Web Page", "Web Page (*.html *.htm)", "html"},
+             // A word that names no type stands for an extension.
+             Case{"vxpk", "vxpk (*.vxpk)", "vxpk"},
+             Case{"", "", ""},
+         }) {
+        EXPECT_EQ(_DialogNameFilters(c.filter), c.nameFilters) << c.filter;
+        EXPECT_EQ(_DialogDefaultSuffix(c.filter), c.suffix) << c.filter;
+    }
+}
+
+TEST_F(FileDialogs, deregisteredType_isNoLongerKnownByName) {
+    RuntimeDeregisterFileType("Vantrelix App");
+    EXPECT_FALSE(_IsFileTypeRegistered("Vantrelix App"));
+    EXPECT_EQ(_DialogNameFilters("Vantrelix App"), "Vantrelix App (*.Vantrelix App)");
+}
+
+// Answers the next modal file dialog as the test says, once it is up.
+void AnswerNextDialog(std::function<void(QFileDialog&)> answer) {
+    QTimer::singleShot(0, [answer = std::move(answer)] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        answer(*dialog);
+    });
+}
+
+TEST_F(FileDialogs, saveDialog_offersTheTypeAndAddsItsExtension) {
+    test::ScratchFolder scratch;
+    DesktopUIServices services;
+    QStringList filters;
+    QString suffix;
+    AnswerNextDialog([&](QFileDialog& dialog) {
+        filters = dialog.nameFilters();
+        suffix = dialog.defaultSuffix();
+        dialog.setDirectory(QString::fromStdString(scratch.path()));
+        dialog.selectFile("My App");
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+
+    Ref<FolderItem> chosen = services.GetSaveFolderItem("Vantrelix App", "My App.vxpk");
+
+    EXPECT_EQ(filters, QStringList{"Vantrelix App (*.vxpk)"});
+    EXPECT_EQ(suffix, "vxpk");
+    ASSERT_NE(chosen, nullptr);
+    EXPECT_EQ(chosen->NativePath(), String((scratch.path("My App.vxpk")).c_str()));
+}
+
+TEST_F(FileDialogs, cancelledDialogs_giveNil) {
+    DesktopUIServices services;
+    AnswerNextDialog([](QFileDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(services.SelectFolder(), nullptr);
+    AnswerNextDialog([](QFileDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(services.GetSaveFolderItem("Vantrelix App", ".vxpk"), nullptr);
+    QString title;
+    AnswerNextDialog([&](QFileDialog& dialog) {
+        title = dialog.windowTitle();
+        dialog.reject();
+    });
+    EXPECT_EQ(services.ShowOpenDialog("Enter a filename", "Open App file", "vxpk"), nullptr);
+    EXPECT_EQ(title, "Open App file");
+}
+
+TEST(DesktopUIServices, backgroundTask_letsEventsThroughAtMostEveryInterval) {
+    DesktopUIServices services;
+    int delivered = 0;
+    const auto post = [&] {
+        QMetaObject::invokeMethod(
+            QApplication::instance(), [&] { ++delivered; }, Qt::QueuedConnection);
+    };
+    post();
+    services.BackgroundTask();
+    EXPECT_EQ(delivered, 1) << "the first yield lets the window repaint";
+
+    post();
+    services.BackgroundTask();
+    EXPECT_EQ(delivered, 1) << "a yield right after the last costs nothing";
+
+    QTest::qSleep(DesktopUIServices::kRepaintIntervalMs + 5);
+    services.BackgroundTask();
+    EXPECT_EQ(delivered, 2);
+    QApplication::processEvents();
+}
+
+TEST(DesktopUIServices, windowClosedDuringALongLoop_closesWhenTheLoopEnds) {
+    DesktopUIServices services;
+    auto window = New<Window>();
+    window->Constructor();
+    QTest::qSleep(DesktopUIServices::kRepaintIntervalMs + 5);
+    QMetaObject::invokeMethod(window->_Widget(), "close", Qt::QueuedConnection);
+
+    services.BackgroundTask();
+    EXPECT_TRUE(window->_Widget()->isVisible()) << "the loop still writes to this window";
+
+    QApplication::processEvents();
+    EXPECT_FALSE(window->_Widget()->isVisible());
+    EXPECT_TRUE(_OpenWindows().empty());
+}
+
+}  // namespace
+}  // namespace vx

@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPainter>
+#include <QWidget>
+
+#include "runtime/ui/Canvas.h"
+#include "runtime/ui/Graphics.h"
+#include "runtime/ui/Picture.h"
+#include "runtime/ui/Window.h"
+#include "support/ToolkitEnvironment.h"
+
+namespace vx {
+namespace {
+
+// A picture whose left half is red and right half blue.
+Ref<Picture> Halves(int size) {
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::blue);
+    QPainter(&image).fillRect(0, 0, size / 2, size, Qt::red);
+    return New<Picture>(image);
+}
+
+TEST(Graphics, drawPicture_scalesTheSourceRectangleIntoTheDestination) {
+    QImage surface(128, 128, QImage::Format_ARGB32_Premultiplied);
+    surface.fill(Qt::white);
+    {
+        QPainter painter(&surface);
+        Graphics g(painter, 128, 128);
+        // Only the red half of a large picture, drawn into the top-left quarter.
+        g.DrawPicture(Halves(1067), 0, 0, 64, 64, 0, 0, 533, 1067);
+    }
+    EXPECT_EQ(QColor(surface.pixel(10, 10)), QColor(Qt::red));
+    EXPECT_EQ(QColor(surface.pixel(54, 54)), QColor(Qt::red));
+    EXPECT_EQ(QColor(surface.pixel(100, 10)), QColor(Qt::white));
+    EXPECT_EQ(QColor(surface.pixel(10, 100)), QColor(Qt::white));
+}
+
+TEST(Picture, sizeOutsideTheRange_raisesOutOfBounds) {
+    for (auto [width, height] : {std::pair{0, 10}, std::pair{10, 32768}, std::pair{-1, -1}}) {
+        try {
+            Picture picture(width, height);
+            ADD_FAILURE() << width << "x" << height << " was accepted";
+        } catch (const OutOfBoundsException& failure) {
+            EXPECT_EQ(failure.Message, "Width/Height needs to be in the range 1-32767");
+        }
+    }
+    EXPECT_EQ(Picture(32767, 1).Width(), 32767);
+}
+
+TEST(Picture, openFromAppWithUnknownName_givesNil) {
+    EXPECT_EQ(Picture::_OpenFromApp("no_such_picture"), nullptr);
+}
+
+TEST(Canvas, paint_raisedWithTheSurfaceToDrawOn) {
+    auto window = New<Window>();
+    window->Visible(false);
+    window->Constructor();
+    auto canvas = New<Canvas>();
+    canvas->Name("Canvas1");
+    window->_AddControl(canvas);
+    canvas->Width(32);
+    canvas->Height(32);
+    int64_t paintedWidth = 0;
+    canvas->Paint.AddHandler([&](Canvas&, Graphics& g, const std::vector<Canvas::Rect>& areas) {
+        paintedWidth = g.Width();
+        EXPECT_FALSE(areas.empty());
+        g.DrawPicture(Halves(4), 0, 0, 32, 32, 0, 0, 2, 4);
+    });
+
+    const QImage shot = canvas->_Widget()->grab().toImage();
+
+    EXPECT_EQ(paintedWidth, 32);
+    EXPECT_EQ(QColor(shot.pixel(16, 16)), QColor(Qt::red));
+}
+
+}  // namespace
+}  // namespace vx
