@@ -1,15 +1,18 @@
 #!/usr/bin/env bash
-# Packs two generated trees with our packer and with `tar -cf`, alternating
-# which goes first, and prints the median wall and CPU times, the ratios
-# ours/tar and the peak memory of each.
-#   bench/pack.sh BIN_DIR     BIN_DIR holds vxpack_bench and make_tree
+# Packs two generated trees with our packer and with `tar -cf`, then extracts
+# the packages with our reader and the same trees' archives with `tar -xf`,
+# alternating which goes first, and prints the median wall and CPU times, the
+# ratios ours/tar and the peak memory of each.
+#   bench/pack.sh BIN_DIR     BIN_DIR holds vxpack_bench, vxextract_bench and make_tree
 # VX_BENCH_DIR (default $TMPDIR/vx-bench) is the scratch folder, kept between
-# runs so the trees are made once; VX_BENCH_ROUNDS (default 5) the rounds.
+# runs so the trees and their packages are made once; VX_BENCH_ROUNDS (default
+# 5) the rounds; VX_BENCH_STEPS (default "pack extract") the comparisons.
 set -euo pipefail
 
 bin_dir=$(cd "$1" && pwd)
 scratch=${VX_BENCH_DIR:-${TMPDIR:-/tmp}/vx-bench}
 rounds=${VX_BENCH_ROUNDS:-5}
+steps=${VX_BENCH_STEPS:-pack extract}
 mkdir -p "$scratch"
 
 make_tree() {
@@ -44,34 +47,70 @@ median() {
         awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'
 }
 
-compare() {
+# Each step names the two commands for a tree in ours_cmd and tar_cmd, and
+# what must happen before each run, untimed, in its reset.
+pack_setup() {
+    ours_cmd=("$bin_dir/vxpack_bench" "$scratch/$1" "$scratch/out.vxpk")
+    tar_cmd=(tar -cf "$scratch/out.tar" -C "$scratch" "$1")
+}
+pack_reset() { rm -f "$scratch/out.vxpk" "$scratch/out.tar"; }
+
+# Our reader makes its folder in the temporary folder, so TMPDIR says where.
+extract_setup() {
+    ours_cmd=(env TMPDIR="$scratch/x-ours" "$bin_dir/vxextract_bench" "$scratch/$1.vxpk")
+    tar_cmd=(tar -xf "$scratch/$1.tar" -C "$scratch/x-tar")
+}
+# The last run's files are written back before the next starts, so neither
+# tool pays for the other's.
+extract_reset() {
+    rm -rf "$scratch/x-ours" "$scratch/x-tar"
+    mkdir -p "$scratch/x-ours" "$scratch/x-tar"
+    sync
+}
+
+# The package and the archive of a tree, made once like the tree.
+make_archives() {
     local kind=$1
-    local ours="$scratch/$kind.ours" tar="$scratch/$kind.tar"
+    if [ ! -e "$scratch/$kind.archives.done" ]; then
+        "$bin_dir/vxpack_bench" "$scratch/$kind" "$scratch/$kind.vxpk" >/dev/null
+        tar -cf "$scratch/$kind.tar" -C "$scratch/$kind" .
+        touch "$scratch/$kind.archives.done"
+    fi
+}
+
+compare() {
+    local step=$1 kind=$2
+    local ours="$scratch/$kind.ours" tar="$scratch/$kind.tar.times"
     rm -f "$ours" "$tar"
+    "${step}_setup" "$kind"
     for round in $(seq 1 "$rounds"); do
         for tool in $( ((round % 2)) && echo "ours tar" || echo "tar ours"); do
-            rm -f "$scratch/out.vxpk" "$scratch/out.tar"
+            "${step}_reset"
             if [ "$tool" = ours ]; then
-                measure "$ours" "$bin_dir/vxpack_bench" "$scratch/$kind" "$scratch/out.vxpk"
+                measure "$ours" "${ours_cmd[@]}"
             else
-                measure "$tar" tar -cf "$scratch/out.tar" -C "$scratch" "$kind"
+                measure "$tar" "${tar_cmd[@]}"
             fi
         done
     done
-    rm -f "$scratch/out.vxpk" "$scratch/out.tar"
+    "${step}_reset"
     local peak tar_peak
     peak=$(awk '$3 > m { m = $3 } END { print m }' "$ours")
     tar_peak=$(awk '$3 > m { m = $3 } END { print m }' "$tar")
-    awk -v k="$kind" -v ow="$(median "$ours" 1)" -v tw="$(median "$tar" 1)" \
+    awk -v s="$step" -v k="$kind" -v ow="$(median "$ours" 1)" -v tw="$(median "$tar" 1)" \
         -v oc="$(median "$ours" 2)" -v tc="$(median "$tar" 2)" \
         -v p="$peak" -v tp="$tar_peak" -v r="$rounds" 'BEGIN {
-        printf "%-5s wall: ours %7.3f s  tar %7.3f s  ours/tar %4.2f | cpu: ours %6.2f s  tar %6.2f s  ours/tar %4.2f | peak memory: ours %5.1f MB  tar %5.1f MB  (medians of %d)\n",
-               k, ow, tw, ow / tw, oc, tc, (tc > 0 ? oc / tc : 0), p / 1024, tp / 1024, r }'
+        printf "%-7s %-5s wall: ours %7.3f s  tar %7.3f s  ours/tar %4.2f | cpu: ours %6.2f s  tar %6.2f s  ours/tar %4.2f | peak memory: ours %5.1f MB  tar %5.1f MB  (medians of %d)\n",
+               s, k, ow, tw, ow / tw, oc, tc, (tc > 0 ? oc / tc : 0), p / 1024, tp / 1024, r }'
 }
 
 make_tree many
 make_tree big
 # One untimed pass of each so that both tools start with the same warm cache.
 tar -cf - -C "$scratch" many big | cat >/dev/null
-compare many
-compare big
+for step in $steps; do
+    for kind in many big; do
+        [ "$step" = extract ] && make_archives "$kind"
+        compare "$step" "$kind"
+    done
+done

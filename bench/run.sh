@@ -5,5 +5,5 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 cmake --preset nogui >/dev/null
-cmake --build --preset nogui --target vxpack_bench make_tree
+cmake --build --preset nogui --target vxpack_bench vxextract_bench make_tree
 bench/pack.sh build/nogui/bench
