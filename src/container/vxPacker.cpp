@@ -81,7 +81,10 @@ void build() {
         bs->WritePString(name);
         bs->WritePString(uid);
         bs->WritePString(folder->Name());
-        packEntries(folder);
+        // A folder object keeps the listing it read first, and the one the
+        // wizard picked may have been walked by an earlier build: list the
+        // source afresh so that files added or removed since then count.
+        packEntries(New<FolderItem>(folder->NativePath(), FolderItem::PathModeNative));
         // The end of the file is the end of the package: no trailer follows.
         bs->Close();
         owner->log("BUILD DONE...");

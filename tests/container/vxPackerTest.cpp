@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 #include <vector>
@@ -129,6 +130,20 @@ TEST_F(vxPackerTest, secondBuild_replacesThePackageWithTheSameBytes) {
     EXPECT_EQ(scratch.readFile("out.vxpk"), first);
     EXPECT_EQ(log->lines.back(), "BUILD DONE...");
     EXPECT_EQ(test::DecodePackage(first).records.size(), 2u);
+}
+
+TEST_F(vxPackerTest, secondBuildAfterTheSourceChanged_packsTheSourceAsItIsNow) {
+    scratch.writeFile("site/old.txt", "old");
+    vxPacker::build();
+    scratch.writeFile("site/new.txt", "new");
+    ASSERT_EQ(::unlink(scratch.path("site/old.txt").c_str()), 0);
+
+    vxPacker::build();
+
+    const auto records = test::DecodePackage(scratch.readFile("out.vxpk")).records;
+    ASSERT_EQ(records.size(), 1u);
+    EXPECT_EQ(records[0].name, "new.txt");
+    EXPECT_EQ(records[0].contents, "new");
 }
 
 TEST_F(vxPackerTest, fileSystemFailures_showTheirMessageAndKeepWhatWasWritten) {
