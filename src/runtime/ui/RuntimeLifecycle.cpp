@@ -1,6 +1,7 @@
 #include "runtime/ui/RuntimeLifecycle.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QIcon>
 #include <QWidget>
 #include <vector>
@@ -38,7 +39,10 @@ void _RuntimeInitExternalClasses() {
         return;
     }
     toolkit = new QApplication(toolkitArgc, toolkitArgv);
+    // What the Edit menu can do changes with the focus and the clipboard.
     QObject::connect(toolkit, &QApplication::focusChanged, toolkit, [] { _UpdateMenuEnabling(); });
+    QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, toolkit,
+                     [] { _UpdateMenuEnabling(); });
     desktopServices = new DesktopUIServices();
     InstallUIServices(desktopServices);
 }

@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+
+#include "AppHarness.h"
+#include "app/App.h"
+#include "app/FileTypes.h"
+#include "app/frmMain.h"
+#include "runtime/ui/FileTypeRegistry.h"
+#include "runtime/ui/RuntimeLifecycle.h"
+#include "support/ToolkitEnvironment.h"
+
+namespace vx {
+namespace {
+
+TEST(Startup, earlyStartup_registersTypesAppAndHandlersButNoWindow) {
+    _EarlyStartup();
+
+    EXPECT_TRUE(_IsFileTypeRegistered("Vantrelix App"));
+    EXPECT_TRUE(_IsFileTypeRegistered("Any"));
+    Ref<App> app = App::_Instance();
+    ASSERT_NE(app, nullptr);
+    EXPECT_EQ(app->MenuBar(), MainMenuBar::_Instance());
+    EXPECT_TRUE(app->_HasMenuHandler("mnuNewBuild"));
+    EXPECT_TRUE(app->_HasMenuHandler("mnuExtract"));
+    EXPECT_TRUE(_OpenWindows().empty());
+    // With the handlers in place, both commands are ready before any window.
+    EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuNewBuild")->Enabled());
+    EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuExtract")->Enabled());
+}
+
+TEST(Startup, lateStartup_opensTheDefaultWindowBySettingsAlone) {
+    test::StartApplication();
+
+    std::vector<Ref<Window>> windows = _OpenWindows();
+    ASSERT_EQ(windows.size(), 1u);
+    Ref<Window> window = windows[0];
+    EXPECT_EQ(window->_ClassName(), "frmMain");
+    EXPECT_EQ(_GetImplicitWindow("frmMain"), window);
+    EXPECT_EQ(frmMain::_ImplicitInstance(), window) << "the accessor finds the open one";
+    EXPECT_TRUE(window->_Widget()->isVisible());
+    EXPECT_EQ(window->Title(), "Build");
+    EXPECT_EQ(window->Width(), 600);
+    EXPECT_EQ(window->Height(), 600);
+    EXPECT_EQ(window->MenuBar(), MainMenuBar::_Instance());
+}
+
+TEST(Startup, mainRunsToTheLoopAndQuit_finalizersTakeEverythingDown) {
+    bool sawWindowInLoop = false;
+    QTimer::singleShot(0, [&] {
+        sawWindowInLoop = _GetImplicitWindow("frmMain") != nullptr &&
+                          _GetImplicitWindow("frmMain")->_Widget()->isVisible();
+        test::Choose("FileQuit");
+    });
+
+    _Main();
+    RuntimePerformFinalizers();
+
+    EXPECT_TRUE(sawWindowInLoop);
+    EXPECT_TRUE(_OpenWindows().empty());
+    EXPECT_EQ(_GetAppObject(), nullptr);
+    EXPECT_FALSE(_IsFileTypeRegistered("Vantrelix App")) << "types go with their module";
+    EXPECT_EQ(FileTypes::pvxpk, nullptr);
+}
+
+TEST(Startup, failureInAHandler_reachesTheReportAndTheAppGoesOn) {
+    test::StartApplication();
+    test::ReportRecorder recorder;
+    App::_Instance()->_AddMenuHandler("mnuExtract", []() -> bool {
+        OutOfBoundsException failure;
+        failure.Message = "index 7";
+        throw failure;
+    });
+
+    test::Choose("mnuExtract");
+    test::Choose("mnuNewBuild");
+
+    ASSERT_EQ(recorder.reports.size(), 1u);
+    EXPECT_EQ(recorder.reports[0].className, "OutOfBoundsException");
+    EXPECT_EQ(recorder.reports[0].message, "index 7");
+    EXPECT_EQ(_OpenWindows().size(), 2u) << "the next command still works";
+}
+
+TEST(NewBuild, eachCommand_opensAFreshWindowAndLeavesTheOthers) {
+    test::StartApplication();
+    Ref<Window> first = _OpenWindows().at(0);
+    first->Title("changed by the user");
+
+    test::Choose("mnuNewBuild");
+    test::Choose("mnuNewBuild");
+
+    std::vector<Ref<Window>> windows = _OpenWindows();
+    ASSERT_EQ(windows.size(), 3u);
+    EXPECT_EQ(windows[0], first);
+    EXPECT_EQ(first->Title(), "changed by the user");
+    for (std::size_t i = 1; i < windows.size(); ++i) {
+        EXPECT_NE(windows[i], first);
+        EXPECT_EQ(windows[i]->Title(), "Build") << "a new window starts from its defaults";
+        EXPECT_TRUE(windows[i]->_Widget()->isVisible());
+    }
+}
+
+TEST(NewBuild, allWindowsClosed_commandStillOpensOne) {
+    test::StartApplication();
+    for (const Ref<Window>& window : _OpenWindows()) {
+        window->Close();
+    }
+    ASSERT_TRUE(_OpenWindows().empty());
+    EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuNewBuild")->Enabled());
+
+    test::Choose("mnuNewBuild");
+
+    ASSERT_EQ(_OpenWindows().size(), 1u);
+    EXPECT_TRUE(_OpenWindows()[0]->_Widget()->isVisible());
+}
+
+TEST(NewBuild, commandShortcutTwice_opensTwoWindows) {
+    test::StartApplication();
+    Ref<Window> first = _OpenWindows().at(0);
+    ASSERT_TRUE(test::ShowActive(first->_Widget()));
+
+    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
+    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
+
+    EXPECT_EQ(_OpenWindows().size(), 3u);
+}
+
+}  // namespace
+}  // namespace vx
