@@ -40,11 +40,16 @@ bool Dictionary::HasKey(const Variant& key) const {
 }
 
 Variant Dictionary::Key(int64_t place) const {
+    return EntryAt(place).first;
+}
+
+std::pair<const Variant&, const Variant&> Dictionary::EntryAt(int64_t place) const {
     if (place < 0 || place >= Count()) {
         throw OutOfBoundsException();
     }
     compact();
-    return entries_[static_cast<std::size_t>(place)].key;
+    const Entry& entry = entries_[static_cast<std::size_t>(place)];
+    return {entry.key, entry.value};
 }
 
 Ref<Array<Variant>> Dictionary::Keys() const {

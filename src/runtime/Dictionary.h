@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "runtime/Array.h"
@@ -28,6 +29,10 @@ public:
     // The key at place, counted from 0 in insertion order; OutOfBoundsException
     // outside 0 to Count - 1.
     virtual Variant Key(int64_t place) const;
+    // The key and the value at place, by reference, so that a walk over every
+    // entry needs no lookup and no copy; OutOfBoundsException outside 0 to
+    // Count - 1. The references hold until the table next changes.
+    std::pair<const Variant&, const Variant&> EntryAt(int64_t place) const;
     virtual Ref<Array<Variant>> Keys() const;
     // The value, or defaultValue when the key is absent.
     virtual Variant Lookup(const Variant& key, const Variant& defaultValue) const;

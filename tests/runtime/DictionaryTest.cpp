@@ -113,6 +113,12 @@ TEST(Dictionary, removeInTheMiddle_keepsTheOrderOfTheRest) {
     table.Value(int64_t{0}, "back");
     EXPECT_EQ(table.Key(5), Variant(int64_t{0}));
     EXPECT_EQ(table.Value(int64_t{7}), Variant(int64_t{70}));
+    for (int64_t place = 0; place < table.Count(); ++place) {
+        const auto [key, value] = table.EntryAt(place);
+        EXPECT_EQ(key, table.Key(place));
+        EXPECT_EQ(value, table.Value(key));
+    }
+    EXPECT_THROW(table.EntryAt(6), OutOfBoundsException);
 }
 
 TEST(Dictionary, clear_emptiesTheTableForReuse) {

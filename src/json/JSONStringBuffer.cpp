@@ -1,0 +1,42 @@
+#include "json/JSONStringBuffer.h"
+
+#include "runtime/StringFunctions.h"
+#include "runtime/TextEncoding.h"
+#include "runtime/ui/UIServices.h"
+
+namespace vx {
+
+JSONStringBuffer::JSONStringBuffer(uint64_t capacity) : data(capacity, '\0') {}
+
+JSONStringBuffer::JSONStringBuffer(const String& text) : JSONStringBuffer(text.byteLength()) {
+    Append(text);
+}
+
+Ref<JSONStringBuffer> JSONStringBuffer::Operator_Convert(const String& text) {
+    auto buffer = New<JSONStringBuffer>(uint64_t{1024});
+    buffer->Append(text);
+    return buffer;
+}
+
+void JSONStringBuffer::Append(const String& text) {
+    const uint64_t n = text.byteLength();
+    uint64_t size = data.size();
+    // A store of 0 bytes would never grow by doubling; start it at one byte.
+    if (size == 0 && n > 0) {
+        size = 1;
+    }
+    while (size < n + binaryLength) {
+        size *= 2;
+        RuntimeBackgroundTask();
+    }
+    data.resize(size);
+    data.replace(binaryLength, n, text.bytes());
+    binaryLength += n;
+    length += static_cast<uint64_t>(vx::Len(text));
+}
+
+String JSONStringBuffer::StringValue() const {
+    return String(std::string_view(data).substr(0, binaryLength), nullptr);
+}
+
+}  // namespace vx
