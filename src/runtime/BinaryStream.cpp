@@ -490,16 +490,41 @@ bool BinaryStream::copyThroughBuffer(BinaryStream& source, uint64_t& remaining) 
     return true;
 }
 
+// Takes the bytes that the source has already read ahead from its buffer, so
+// that a run of short copies between small reads, as a package of many small
+// files asks for, reads each block of the source file once.
+bool BinaryStream::copyFromSourceBuffer(BinaryStream& source, uint64_t& remaining) {
+    if (&source == this || source.dirty_ || !source.bufferHolds(source.position_)) {
+        return true;
+    }
+    const auto offset = static_cast<std::size_t>(source.position_ - source.bufferStart_);
+    const auto chunk =
+        static_cast<std::size_t>(std::min<uint64_t>(remaining, source.bufferFill_ - offset));
+    if (!writeBytes(source.buffer_.get() + offset, chunk)) {
+        return false;
+    }
+    source.position_ += chunk;
+    remaining -= chunk;
+    return true;
+}
+
 void BinaryStream::CopyFrom(BinaryStream& source, uint64_t count) {
     beginOperation();
     bool copying = (fd_ >= 0 && writable_) || fail(EBADF);
+    uint64_t remaining = count;
+    if (copying) {
+        copying = copyFromSourceBuffer(source, remaining);
+    }
+    if (remaining == 0) {
+        CheckForError();
+        return;
+    }
     // The source's position is the truth; what its buffer holds must be on
     // disk before the copy reads the file directly.
     if (copying && !source.flushBuffer()) {
         lastErrorCode_ = source.lastErrorCode_;
         copying = false;
     }
-    uint64_t remaining = count;
     if (copying && remaining >= kBufferSize) {
         copying = copyInKernel(source, remaining);
     }

@@ -127,6 +127,7 @@ private:
     bool fileLength(uint64_t& length);
     bool copyInKernel(BinaryStream& source, uint64_t& remaining);
     bool copyThroughBuffer(BinaryStream& source, uint64_t& remaining);
+    bool copyFromSourceBuffer(BinaryStream& source, uint64_t& remaining);
 
     int fd_;
     bool writable_;

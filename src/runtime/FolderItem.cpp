@@ -76,14 +76,33 @@ bool leadsBackToAncestor(std::string_view path, const struct stat& target) {
 
 }  // namespace
 
+// An open folder, shared by the FolderItem that listed it and the entries that
+// Item gives out, so that their system calls look up one name in it instead of
+// walking the whole path again.
+struct FolderItem::FolderHandle {
+    explicit FolderHandle(int openFolder) : fd(openFolder) {}
+    ~FolderHandle() { ::close(fd); }
+    FolderHandle(const FolderHandle&) = delete;
+    FolderHandle& operator=(const FolderHandle&) = delete;
+    const int fd;
+};
+
 FolderItem::FolderItem(const String& path, int64_t pathMode) {
     if (pathMode != PathModeNative || path.bytes().find('\0') != std::string_view::npos) {
         throw UnsupportedFormatException();
     }
-    path_ = normalise(path.bytes());
+    path_ = String(normalise(path.bytes()), Encodings::UTF8);
 }
 
-FolderItem::FolderItem(std::string normalisedPath) : path_(std::move(normalisedPath)) {}
+FolderItem::FolderItem(Passkey, String normalisedPath, std::shared_ptr<const FolderHandle> parent)
+    : path_(std::move(normalisedPath)), parent_(std::move(parent)) {}
+
+FolderItem::Location FolderItem::location() const {
+    if (parent_) {
+        return {parent_->fd, path_.c_str() + path_.bytes().rfind('/') + 1};
+    }
+    return {AT_FDCWD, path_.c_str()};
+}
 
 Ref<FolderItem> FolderItem::Child(const String& name) const {
     const std::string_view bytes = name.bytes();
@@ -91,64 +110,67 @@ Ref<FolderItem> FolderItem::Child(const String& name) const {
         bytes.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos) {
         return nullptr;
     }
-    std::string childPath = path_;
+    std::string childPath(path_.bytes());
     if (childPath != "/") {
         childPath += '/';
     }
     childPath.append(bytes);
-    return Ref<FolderItem>(std::shared_ptr<FolderItem>(new FolderItem(std::move(childPath))));
+    return New<FolderItem>(Passkey(), String(std::move(childPath), Encodings::UTF8), handle_);
 }
 
 Ref<FolderItem> FolderItem::Parent() const {
     if (path_ == "/") {
         return nullptr;
     }
-    return Ref<FolderItem>(
-        std::shared_ptr<FolderItem>(new FolderItem(std::string(parentOf(path_)))));
+    return New<FolderItem>(Passkey(), String(parentOf(path_.bytes()), Encodings::UTF8), nullptr);
 }
 
 bool FolderItem::Directory() const {
+    const Location at = location();
     struct stat info;
-    if (::lstat(path_.c_str(), &info) != 0) {
+    if (::fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
         return false;
     }
     if (!S_ISLNK(info.st_mode)) {
         return S_ISDIR(info.st_mode);
     }
-    return ::stat(path_.c_str(), &info) == 0 && S_ISDIR(info.st_mode) &&
-           !leadsBackToAncestor(path_, info);
+    return ::fstatat(at.folder, at.name, &info, 0) == 0 && S_ISDIR(info.st_mode) &&
+           !leadsBackToAncestor(path_.bytes(), info);
 }
 
 bool FolderItem::Exists() const {
+    const Location at = location();
     struct stat info;
-    return ::lstat(path_.c_str(), &info) == 0;
+    return ::fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 bool FolderItem::IsReadable() const {
-    return ::faccessat(AT_FDCWD, path_.c_str(), R_OK, AT_EACCESS) == 0;
+    const Location at = location();
+    return ::faccessat(at.folder, at.name, R_OK, AT_EACCESS) == 0;
 }
 
 bool FolderItem::IsWriteable() const {
-    return ::faccessat(AT_FDCWD, path_.c_str(), W_OK, AT_EACCESS) == 0;
+    const Location at = location();
+    return ::faccessat(at.folder, at.name, W_OK, AT_EACCESS) == 0;
 }
 
 uint64_t FolderItem::Length() const {
+    const Location at = location();
     struct stat info;
-    if (::stat(path_.c_str(), &info) != 0 || S_ISDIR(info.st_mode)) {
+    if (::fstatat(at.folder, at.name, &info, 0) != 0 || S_ISDIR(info.st_mode)) {
         return 0;
     }
     return static_cast<uint64_t>(info.st_size);
 }
 
 String FolderItem::Name() const {
-    if (path_ == "/") {
-        return String(std::string_view(), Encodings::UTF8);
-    }
-    return String(std::string_view(path_).substr(path_.rfind('/') + 1), Encodings::UTF8);
+    const std::string_view path = path_.bytes();
+    return String(path == "/" ? std::string_view() : path.substr(path.rfind('/') + 1),
+                  Encodings::UTF8);
 }
 
 String FolderItem::NativePath() const {
-    return String(std::string_view(path_), Encodings::UTF8);
+    return path_;
 }
 
 bool FolderItem::readListing() {
@@ -158,11 +180,24 @@ bool FolderItem::readListing() {
     if (!Directory()) {
         return false;
     }
-    std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(path_.c_str()), &::closedir);
-    if (!dir) {
+    // One descriptor is read to the end for the names; a second one on the
+    // same folder stays open for the entries.
+    const Location at = location();
+    const int fd = ::openat(at.folder, at.name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
         lastErrorCode_ = FileErrorCode(errno);
         return false;
     }
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(fd), &::closedir);
+    const int kept = ::fcntl(fd, F_DUPFD_CLOEXEC, 0);
+    if (!dir || kept < 0) {
+        lastErrorCode_ = FileErrorCode(errno);
+        if (!dir) {
+            ::close(fd);
+        }
+        return false;
+    }
+    auto handle = std::make_shared<const FolderHandle>(kept);
     std::vector<std::string> names;
     errno = 0;
     while (const dirent* entry = ::readdir(dir.get())) {
@@ -177,54 +212,64 @@ bool FolderItem::readListing() {
     }
     // std::string compares its chars as unsigned, which is the byte order.
     std::sort(names.begin(), names.end());
-    entries_.assign(names.size(), nullptr);
     entryNames_ = std::move(names);
+    handle_ = std::move(handle);
     return true;
 }
 
 int64_t FolderItem::Count() {
+    lastItem_ = nullptr;
     return readListing() ? static_cast<int64_t>(entryNames_->size()) : 0;
 }
 
 Ref<FolderItem> FolderItem::Item(int64_t index) {
+    if (lastItem_ && index == lastIndex_) {
+        return lastItem_;
+    }
     if (!readListing() || index < 1 || index > static_cast<int64_t>(entryNames_->size())) {
         throw OutOfBoundsException();
     }
-    Ref<FolderItem>& entry = entries_[static_cast<std::size_t>(index - 1)];
-    if (!entry) {
-        entry = Child(String((*entryNames_)[static_cast<std::size_t>(index - 1)], Encodings::UTF8));
-    }
-    return entry;
+    lastItem_ = Child(String((*entryNames_)[static_cast<std::size_t>(index - 1)], nullptr));
+    lastIndex_ = index;
+    return lastItem_;
 }
 
 void FolderItem::CreateAsFolder() {
-    lastErrorCode_ = ::mkdir(path_.c_str(), 0777) == 0 ? 0 : FileErrorCode(errno);
+    const Location at = location();
+    lastErrorCode_ = ::mkdirat(at.folder, at.name, 0777) == 0 ? 0 : FileErrorCode(errno);
 }
 
 void FolderItem::Delete() {
+    const Location at = location();
     struct stat info;
-    int result = ::lstat(path_.c_str(), &info);
+    int result = ::fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW);
     if (result == 0) {
-        result = S_ISDIR(info.st_mode) ? ::rmdir(path_.c_str()) : ::unlink(path_.c_str());
+        result = ::unlinkat(at.folder, at.name, S_ISDIR(info.st_mode) ? AT_REMOVEDIR : 0);
     }
     lastErrorCode_ = result == 0 ? 0 : FileErrorCode(errno);
 }
 
 Ref<BinaryStream> FolderItem::openStream(int flags) {
-    const int fd = ::open(path_.c_str(), flags | O_CLOEXEC, 0666);
+    const Location at = location();
+    const int fd = ::openat(at.folder, at.name, flags | O_CLOEXEC, 0666);
     if (fd < 0) {
         lastErrorCode_ = FileErrorCode(errno);
         return nullptr;
     }
+    // Only a read-only open can reach a folder; the kernel refuses the others.
+    const bool writable = (flags & O_ACCMODE) != O_RDONLY;
     struct stat info;
-    const int error = ::fstat(fd, &info) != 0 ? errno : (S_ISDIR(info.st_mode) ? EISDIR : 0);
+    const int error = writable                  ? 0
+                      : ::fstat(fd, &info) != 0 ? errno
+                      : S_ISDIR(info.st_mode)   ? EISDIR
+                                                : 0;
     if (error != 0) {
         lastErrorCode_ = FileErrorCode(error);
         ::close(fd);
         return nullptr;
     }
     lastErrorCode_ = 0;
-    return New<BinaryStream>(fd, (flags & O_ACCMODE) != O_RDONLY);
+    return New<BinaryStream>(fd, writable);
 }
 
 Ref<BinaryStream> FolderItem::CreateBinaryFile(const String& /*fileTypeName*/) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +33,16 @@ public:
     // does a path holding a NUL byte, which no system call could name.
     FolderItem(const String& path, int64_t pathMode);
 
+private:
+    struct FolderHandle;
+    // Lets make_shared reach the constructor that only this class may call.
+    struct Passkey {
+        explicit Passkey() = default;
+    };
+
+public:
+    FolderItem(Passkey, String normalisedPath, std::shared_ptr<const FolderHandle> parent);
+
     // The object named name inside this folder, which need not exist; nil for
     // a name that cannot be one entry (empty, ".", "..", or holding "/" or NUL).
     Ref<FolderItem> Child(const String& name) const;
@@ -40,10 +51,12 @@ public:
 
     // Entries of the directory, "." and ".." left out, sorted by the bytes of
     // their names. The listing is read once per object and then kept, so the
-    // same index gives the same entry however often it is asked; a folder
-    // that cannot be listed counts 0 and is asked again next time.
+    // same index names the same entry however often it is asked; a folder
+    // that cannot be listed counts 0 and is asked again next time. An entry
+    // stays bound to the folder that was listed, even if that is renamed.
     int64_t Count();
-    // 1-based; an index outside 1 to Count raises OutOfBoundsException.
+    // 1-based; an index outside 1 to Count raises OutOfBoundsException. Asked
+    // for the same index again before the next Count, it gives the same object.
     Ref<FolderItem> Item(int64_t index);
 
     bool Directory() const;
@@ -75,14 +88,27 @@ public:
     void Launch(bool activate) const;
 
 private:
-    explicit FolderItem(std::string normalisedPath);
+    // Where a system call finds this object: a folder and a name in it.
+    struct Location {
+        int folder;
+        const char* name;
+    };
+
+    Location location() const;
     bool readListing();
     Ref<BinaryStream> openStream(int flags);
 
-    std::string path_;
+    String path_;
+    // The folder this entry was listed from, nil for an object made from a path.
+    std::shared_ptr<const FolderHandle> parent_;
     int64_t lastErrorCode_ = 0;
     std::optional<std::vector<std::string>> entryNames_;
-    std::vector<Ref<FolderItem>> entries_;
+    // This folder, open since it was listed, for the entries Item gives out.
+    std::shared_ptr<const FolderHandle> handle_;
+    // The entry Item gave last: a loop asks for one entry several times in a
+    // pass, and Count, at the head of the next pass, lets it go.
+    Ref<FolderItem> lastItem_;
+    int64_t lastIndex_ = 0;
 };
 
 }  // namespace vx

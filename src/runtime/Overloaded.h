@@ -7,5 +7,9 @@ template <class... Handlers>
 struct Overloaded : Handlers... {
     using Handlers::operator()...;
 };
+// Spelled out for the compilers that do not yet deduce an aggregate's
+// arguments by themselves, such as the clang of the fuzz build.
+template <class... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 }  // namespace vx

@@ -124,6 +124,17 @@ bool appendSingleByte(std::string& out, char32_t codePoint, char32_t limit) {
     return true;
 }
 
+// Paths and names are mostly ASCII, and every package build measures them:
+// an ASCII byte is one character under UTF-8 without decoding anything.
+std::size_t characterSize(std::string_view bytes, std::size_t offset,
+                          const TextEncoding* encoding) {
+    if (encoding->scheme() == TextEncoding::Scheme::UTF8 &&
+        static_cast<unsigned char>(bytes[offset]) < 0x80) {
+        return 1;
+    }
+    return ReadCharacter(bytes, offset, encoding).size;
+}
+
 }  // namespace
 
 DecodedCharacter ReadCharacter(std::string_view bytes, std::size_t offset,
@@ -159,7 +170,7 @@ std::size_t SkipCharacters(std::string_view bytes, std::size_t offset, int64_t c
                (static_cast<uint64_t>(count) < left ? static_cast<std::size_t>(count) : left);
     }
     for (; count > 0 && offset < bytes.size(); --count) {
-        offset += ReadCharacter(bytes, offset, encoding).size;
+        offset += characterSize(bytes, offset, encoding);
     }
     return offset;
 }
@@ -170,7 +181,7 @@ int64_t CountCharacters(std::string_view bytes, const TextEncoding* encoding) {
     }
     int64_t count = 0;
     for (std::size_t offset = 0; offset < bytes.size(); ++count) {
-        offset += ReadCharacter(bytes, offset, encoding).size;
+        offset += characterSize(bytes, offset, encoding);
     }
     return count;
 }

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <functional>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "runtime/BinaryStream.h"
 #include "runtime/FileErrorCode.h"
@@ -286,6 +288,36 @@ TEST(BinaryStream, copyFrom_placesExactlyTheSourceBytesBetweenTheFields) {
         }
     }
     ::unlink(shm.c_str());
+}
+
+TEST(BinaryStream, copyFrom_betweenReadsOfOneSource_keepsTheFieldsInStep) {
+    ScratchFolder scratch;
+    // Runs of contents of many sizes, each behind a field that names it, as a
+    // reader meets them: some lie whole in what the source has read ahead,
+    // some begin there and end beyond it, some are larger than its buffer.
+    const std::vector<std::size_t> sizes = {0, 1, 300, 131000, 70000, 5, 200000, 0, 131072, 9};
+    std::string file;
+    std::vector<std::string> contents;
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        const std::string field = "n" + std::to_string(i);
+        file += static_cast<char>(field.size()) + field;
+        contents.emplace_back(sizes[i], '\0');
+        for (std::size_t b = 0; b < sizes[i]; ++b) {
+            contents.back()[b] = static_cast<char>((b * 31 + i) % 256);
+        }
+        file += contents.back();
+    }
+    scratch.writeFile("source", file);
+    const auto source = BinaryStream::Open(scratch.item("source"), false);
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        EXPECT_EQ(source->ReadPString(),
+                  String(std::string_view("n" + std::to_string(i)), nullptr));
+        const auto target = BinaryStream::Create(scratch.item("target"), true);
+        target->CopyFrom(*source, sizes[i]);
+        target->Close();
+        EXPECT_EQ(scratch.readFile("target"), contents[i]) << "piece " << i;
+    }
+    EXPECT_TRUE(source->EOF_());
 }
 
 }  // namespace

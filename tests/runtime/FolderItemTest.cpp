@@ -2,7 +2,9 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <set>
 
@@ -70,13 +72,23 @@ TEST(FolderItem, itemOfFolder_isSortedByBytesAndKeptOnceRead) {
         EXPECT_EQ(bytesOf(folder->Item(static_cast<int64_t>(i) + 1)->Name()), expected[i]);
     }
 
-    const auto first = folder->Item(1);
+    const String first = folder->Item(1)->NativePath();
     scratch.writeFile("0-new", "");
     EXPECT_EQ(folder->Count(), static_cast<int64_t>(expected.size()));
-    EXPECT_EQ(folder->Item(1), first);
+    EXPECT_EQ(folder->Item(1)->NativePath(), first);
     EXPECT_EQ(scratch.item()->Count(), static_cast<int64_t>(expected.size()) + 1);
     EXPECT_THROW(folder->Item(0), OutOfBoundsException);
     EXPECT_THROW(folder->Item(folder->Count() + 1), OutOfBoundsException);
+}
+
+TEST(FolderItem, itemsOfARenamedFolder_stayWithTheListedFolder) {
+    ScratchFolder scratch;
+    scratch.writeFile("before/file", "abc");
+    const auto folder = scratch.item("before");
+    ASSERT_EQ(folder->Count(), 1);
+    ASSERT_EQ(::rename(scratch.path("before").c_str(), scratch.path("after").c_str()), 0);
+    EXPECT_EQ(folder->Item(1)->Length(), 3u);
+    EXPECT_FALSE(scratch.item("before/file")->Exists());
 }
 
 TEST(FolderItem, propertiesOfEachKind_answerAsAFileSystemSees) {
@@ -174,6 +186,28 @@ TEST(FolderItem, linksLeadingBackToAnAncestor_answerAsEmptyFiles) {
     EXPECT_EQ(loop->Length(), 0u);
     EXPECT_EQ(loop->Count(), 0);
     EXPECT_EQ(scratch.item("a/toFile")->Length(), 3u);
+}
+
+std::size_t openDescriptors() {
+    std::size_t count = 0;
+    for ([[maybe_unused]] const auto& entry :
+         std::filesystem::directory_iterator("/proc/self/fd")) {
+        ++count;
+    }
+    return count;
+}
+
+TEST(FolderItem, walkOfManyFolders_keepsOnlyTheRootsDescriptorOpen) {
+    ScratchFolder scratch;
+    for (int i = 0; i < 60; ++i) {
+        scratch.writeFile("tree/branch" + std::to_string(i) + "/leaf/file", "x");
+    }
+    const auto root = scratch.item("tree");
+    const std::size_t before = openDescriptors();
+    std::set<std::string> reached;
+    collect(root, "", reached);
+    EXPECT_EQ(reached.size(), 180u);
+    EXPECT_LE(openDescriptors(), before + 1);
 }
 
 TEST(FolderItem, permissionsAsUnprivilegedUser_answerTheCurrentState) {
