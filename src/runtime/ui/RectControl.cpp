@@ -1,6 +1,8 @@
 #include "runtime/ui/RectControl.h"
 
 #include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QWidget>
 #include <cmath>
 
@@ -12,7 +14,7 @@ namespace vx {
 
 namespace {
 // Families that are known to be fixed-pitch, so that a desktop without them
-// still shows such a field in a fixed-pitch font.
+// shows such a field in its own fixed-pitch font instead.
 bool IsFixedPitchFamily(const QString& family) {
     static const QStringList families{"Monaco", "Menlo", "Courier", "Courier New"};
     return families.contains(family, Qt::CaseInsensitive);
@@ -250,10 +252,11 @@ void RectControl::ApplyFont() {
     QFont font = QApplication::font(widget);
     const QString family = ToQString(textFont_);
     if (family != "System" && family != "SmallSystem") {
-        font.setFamilies({family});
-        if (IsFixedPitchFamily(family)) {
-            font.setStyleHint(QFont::TypeWriter);
+        QString shown = family;
+        if (IsFixedPitchFamily(family) && !QFontDatabase::hasFamily(family)) {
+            shown = QFontInfo(QFontDatabase::systemFont(QFontDatabase::FixedFont)).family();
         }
+        font.setFamilies({shown});
     }
     // Sizes are in points of 1/72 inch, which the platform the system was
     // made for draws as one logical pixel each.

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QIcon>
+#include <QTimer>
 #include <QWidget>
 #include <vector>
 
@@ -49,7 +50,11 @@ void _RuntimeInitExternalClasses() {
 
 void _SetApplicationIdentity(const String& displayName, const String& iconResource) {
     QApplication::setApplicationDisplayName(ToQString(displayName));
-    QApplication::setWindowIcon(QIcon(":/" + ToQString(iconResource) + ".svg"));
+    // Drawing the icon is no reason to keep the first window waiting: it is
+    // set once the main loop runs, and window frames take it up then.
+    const QString icon = ":/" + ToQString(iconResource) + ".svg";
+    QTimer::singleShot(0, QApplication::instance(),
+                       [icon] { QApplication::setWindowIcon(QIcon(icon)); });
 }
 
 void _RunFrameworkInitialization(const std::function<void()>& lateStartup) {

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFontMetrics>
 #include <QLineEdit>
 #include <QTest>
 
@@ -100,6 +101,19 @@ TEST(TextArea, appendText_addsAtTheEndWithoutTouchingTheRest) {
     }
     EXPECT_EQ(area->Text(), "old\nline\nline\nline\n");
     EXPECT_FALSE(area->CanUndo()) << "a read-only area keeps no history";
+}
+
+TEST(TextArea, fixedPitchFamilyMissingHere_fallsBackToAFixedPitchFont) {
+    // Whatever family stands in, a narrow and a wide letter take the same room.
+    const auto evenlySpaced = [](const TextArea& area) {
+        const QFontMetrics metrics(area._Widget()->font());
+        return metrics.horizontalAdvance('i') == metrics.horizontalAdvance('M');
+    };
+    auto area = New<TextArea>();
+    area->TextFont("Monaco");
+    EXPECT_TRUE(evenlySpaced(*area));
+    area->TextFont("System");
+    EXPECT_FALSE(evenlySpaced(*area));
 }
 
 // Each editing command on a field holding "hello world" with "world" selected.
