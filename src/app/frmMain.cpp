@@ -7,6 +7,7 @@
 #include "runtime/FolderItem.h"
 #include "runtime/StringFunctions.h"
 #include "runtime/ui/Picture.h"
+#include "runtime/ui/RuntimeLifecycle.h"
 #include "runtime/ui/UIServices.h"
 
 namespace vx {
@@ -22,6 +23,21 @@ Ref<Picture> icon_vxpk_file() {
         icon_vxpk_file_picture = Picture::_OpenFromApp("icon_vxpk_file");
     }
     return icon_vxpk_file_picture;
+}
+
+// The packer holds on to the window of the last build; that window must go
+// while the toolkit is still there, not among the static objects at exit.
+bool ownerReleaseRegistered = false;
+
+void releaseOwnerAtExit() {
+    if (ownerReleaseRegistered) {
+        return;
+    }
+    ownerReleaseRegistered = true;
+    RuntimeAddFinalizer([] {
+        vxPacker::owner = nullptr;
+        ownerReleaseRegistered = false;
+    });
 }
 
 // A field holding a single blank is filled: nothing here trims.
@@ -124,6 +140,7 @@ void frmMain::cmdNEXT_Action(PushButton& /*sender*/) {
 void frmMain::cmdBuild_Action(PushButton& /*sender*/) {
     lblBuilding()->Text("Building your app...");
     vxPacker::owner = Ref<frmMain>(std::static_pointer_cast<frmMain>(shared_from_this()));
+    releaseOwnerAtExit();
     vxPacker::name = txtName()->Text();
     vxPacker::uid = txtUID()->Text();
     lblMsg()->Text("...");
