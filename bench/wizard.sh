@@ -28,7 +28,7 @@ import json, sys
 runs = {}
 for b in json.load(open(sys.argv[1]))["benchmarks"]:
     if b.get("aggregate_name") == "median":
-        runs[b["run_name"]] = b
+        runs[b["run_name"].split("/")[0]] = b
 window, alone = runs["ThroughTheWindow"], runs["PackerAlone"]
 for name, b in (("through the window", window), ("packer alone", alone)):
     print(f"{name:20s} wall {b['real_time']:8.0f} ms  cpu {b['cpu_time']:8.0f} ms"
