@@ -80,31 +80,36 @@ void frmMain::buildJSONFile() {
     log("Created file package.json");
 }
 
-void frmMain::cmdSelectAppFolder_Action(PushButton& /*sender*/) {
-    if (isEmpty(txtPath()->Text())) {
+// Both Browse buttons: Build goes off while their field is still empty, and
+// comes on with any choice, whether or not the other path is set yet.
+void frmMain::choosePath(TextField& field, const std::function<Ref<FolderItem>()>& dialog,
+                         Ref<FolderItem>& property) {
+    if (isEmpty(field.Text())) {
         cmdBuild()->Enabled(false);
     }
-    Ref<FolderItem> folder = SelectFolder();
-    if (!folder) {
+    Ref<FolderItem> chosen = dialog();
+    if (!chosen) {
         return;
     }
-    txtPath()->Text(folder->NativePath());
-    vxPacker::folder = folder;
+    field.Text(chosen->NativePath());
+    property = chosen;
     cmdBuild()->Enabled(true);
 }
 
+void frmMain::cmdSelectAppFolder_Action(PushButton& /*sender*/) {
+    choosePath(
+        *txtPath(), [] { return SelectFolder(); }, vxPacker::folder);
+}
+
 void frmMain::cmdSelectAppFile_Action(PushButton& /*sender*/) {
-    if (isEmpty(txtPathFile()->Text())) {
-        cmdBuild()->Enabled(false);
-    }
-    const String filter = FileTypes::vxpk()->Operator_Convert();
-    Ref<FolderItem> file = GetSaveFolderItem(filter, txtName()->Text() + ".vxpk");
-    if (!file) {
-        return;
-    }
-    txtPathFile()->Text(file->NativePath());
-    vxPacker::target = file;
-    cmdBuild()->Enabled(true);
+    // The default name is made from txtName as it is now, empty or not.
+    choosePath(
+        *txtPathFile(),
+        [this] {
+            const String filter = FileTypes::vxpk()->Operator_Convert();
+            return GetSaveFolderItem(filter, txtName()->Text() + ".vxpk");
+        },
+        vxPacker::target);
 }
 
 // A failed check beeps and says no more; only the two fields the user can

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "container/LogReceiver.h"
+#include "runtime/FolderItem.h"
 #include "runtime/ui/Canvas.h"
 #include "runtime/ui/CheckBox.h"
 #include "runtime/ui/Label.h"
@@ -90,11 +92,17 @@ private:
     // name and places it; the caller gives it the rest of its properties.
     template <class C>
     Ref<C> addControl(const char* name, const Placement& placement);
+    Ref<Label> addLabel(const char* name, const Placement& placement, const String& text);
+    Ref<TextField> addField(const char* name, const Placement& placement, const String& text,
+                            const String& helpTag, void (frmMain::*handler)(TextField&));
     template <class C>
     Ref<C> control(const char* name) const {
         return RuntimeCheckCast<C>(_ControlByName(name));
     }
 
+    // Shows the dialog and puts its choice into the field and the property.
+    void choosePath(TextField& field, const std::function<Ref<FolderItem>()>& dialog,
+                    Ref<FolderItem>& property);
     void cmdSelectAppFolder_Action(PushButton& sender);
     void cmdBuild_Action(PushButton& sender);
     void cmdNEXT_Action(PushButton& sender);

@@ -71,6 +71,21 @@ Ref<C> frmMain::addControl(const char* name, const Placement& placement) {
     return found;
 }
 
+Ref<Label> frmMain::addLabel(const char* name, const Placement& placement, const String& text) {
+    auto label = addControl<Label>(name, placement);
+    label->Text(text);
+    return label;
+}
+
+Ref<TextField> frmMain::addField(const char* name, const Placement& placement, const String& text,
+                                 const String& helpTag, void (frmMain::*handler)(TextField&)) {
+    auto field = addControl<TextField>(name, placement);
+    field->Text(text);
+    field->HelpTag(helpTag);
+    field->TextChange.AddHandler(this, handler);
+    return field;
+}
+
 void frmMain::_CreateControls0() {
     constexpr int64_t settings = 1, build = 2, about = 3;
 
@@ -84,25 +99,22 @@ void frmMain::_CreateControls0() {
     selectFolder->HelpTag("Select app folder");
     selectFolder->Action.AddHandler(this, &frmMain::cmdSelectAppFolder_Action);
 
-    auto path = addControl<TextField>("txtPath", {40, 258, 419, 22, "LTR", 5, settings});
+    auto path =
+        addField("txtPath", {40, 258, 419, 22, "LTR", 5, settings}, "", "", txtPath_TextChange);
     path->ReadOnly(true);
-    path->TextChange.AddHandler(this, txtPath_TextChange);
 
-    auto uid = addControl<TextField>("txtUID", {202, 52, 173, 22, "LT", 1, settings});
-    uid->Text(kSampleIdentifier);
-    uid->TextChange.AddHandler(this, txtUID_TextChange);
+    addField("txtUID", {202, 52, 173, 22, "LT", 1, settings}, kSampleIdentifier, "",
+             txtUID_TextChange);
 
-    addControl<Label>("Label1", {202, 30, 134, 20, "LT", 4, settings})
-        ->Text("App Unique Identifier");
-    addControl<Label>("Label2", {202, 79, 134, 20, "LT", 6, settings})->Text("App Name");
-    addControl<Label>("Label3", {40, 233, 134, 20, "LT", 7, settings})->Text("Source Contents");
+    addLabel("Label1", {202, 30, 134, 20, "LT", 4, settings}, "App Unique Identifier");
+    addLabel("Label2", {202, 79, 134, 20, "LT", 6, settings}, "App Name");
+    addLabel("Label3", {40, 233, 134, 20, "LT", 7, settings}, "Source Contents");
 
-    auto building = addControl<Label>("lblBuilding", {48, 40, 501, 20, "LTR", 0, build});
-    building->Text("Building app...");
+    auto building = addLabel("lblBuilding", {48, 40, 501, 20, "LTR", 0, build}, "Building app...");
     building->Bold(true);
     building->TextSize(16);
 
-    addControl<Label>("lblMsg", {48, 69, 501, 20, "LTR", 1, build})->Text("...");
+    addLabel("lblMsg", {48, 69, 501, 20, "LTR", 1, build}, "...");
 
     auto buildButton = addControl<PushButton>("cmdBuild", {470, 515, 80, 20, "RB", 2, build});
     buildButton->Caption("Build");
@@ -124,25 +136,22 @@ void frmMain::_CreateControls0() {
     selectFile->HelpTag("Select app file");
     selectFile->Action.AddHandler(this, &frmMain::cmdSelectAppFile_Action);
 
-    auto pathFile = addControl<TextField>("txtPathFile", {40, 311, 419, 22, "LTR", 7, settings});
+    auto pathFile = addField("txtPathFile", {40, 311, 419, 22, "LTR", 7, settings}, "", "",
+                             txtPathFile_TextChange);
     pathFile->ReadOnly(true);
-    pathFile->TextChange.AddHandler(this, txtPathFile_TextChange);
 
-    addControl<Label>("Label4", {40, 286, 134, 20, "LT", 11, settings})->Text("Destination File");
+    addLabel("Label4", {40, 286, 134, 20, "LT", 11, settings}, "Destination File");
 
     auto logArea = addControl<TextArea>("txtLog", {40, 101, 520, 402, "LTRB", 3, build});
     logArea->ReadOnly(true);
     logArea->TextFont("Monaco");
 
-    auto aboutTitle = addControl<Label>("Label6", {33, 31, 440, 20, "LT", 0, about});
-    aboutTitle->Text("About...");
+    auto aboutTitle = addLabel("Label6", {33, 31, 440, 20, "LT", 0, about}, "About...");
     aboutTitle->Bold(true);
 
     addControl<TextArea>("txtHelp", {33, 56, 534, 479, "LTRB", 1, about})->Text(aboutText());
 
-    auto name = addControl<TextField>("txtName", {202, 101, 349, 22, "LT", 3, settings});
-    name->Text("My App");
-    name->TextChange.AddHandler(this, txtName_TextChange);
+    addField("txtName", {202, 101, 349, 22, "LT", 3, settings}, "My App", "", txtName_TextChange);
 
     auto canvas = addControl<Canvas>("Canvas1", {40, 28, 128, 128, "LT", 13, settings});
     canvas->Transparent(true);
@@ -155,65 +164,49 @@ void frmMain::_CreateControls0() {
     json->Bold(true);
     json->State(1);
 
-    auto widthLabel = addControl<Label>("Label7", {73, 377, 134, 20, "LT", 15, settings});
-    widthLabel->Text("Width");
+    auto widthLabel = addLabel("Label7", {73, 377, 134, 20, "LT", 15, settings}, "Width");
     widthLabel->HelpTag("Initial window width");
     widthLabel->TextAlign(Label::kAlignRight);
 
-    auto width = addControl<TextField>("txtWidth", {221, 376, 200, 22, "LT", 10, settings});
-    width->Text("600");
+    auto width = addField("txtWidth", {221, 376, 200, 22, "LT", 10, settings}, "600", "",
+                          txtWidth_TextChange);
     width->Mask("0#");
-    width->TextChange.AddHandler(this, txtWidth_TextChange);
 
-    auto heightLabel = addControl<Label>("Label8", {73, 410, 134, 20, "LT", 17, settings});
-    heightLabel->Text("Height");
+    auto heightLabel = addLabel("Label8", {73, 410, 134, 20, "LT", 17, settings}, "Height");
     heightLabel->HelpTag("Initial window width");
     heightLabel->TextAlign(Label::kAlignRight);
 
-    auto height = addControl<TextField>("txtHeight", {221, 409, 200, 22, "LT", 11, settings});
-    height->Text("600");
-    height->HelpTag("Initial window height");
+    auto height = addField("txtHeight", {221, 409, 200, 22, "LT", 11, settings}, "600",
+                           "Initial window height", txtHeight_TextChange);
     height->Mask("0#");
-    height->TextChange.AddHandler(this, txtHeight_TextChange);
 
-    auto titleLabel = addControl<Label>("Label9", {73, 443, 134, 20, "LT", 19, settings});
-    titleLabel->Text("Title");
+    auto titleLabel = addLabel("Label9", {73, 443, 134, 20, "LT", 19, settings}, "Title");
     titleLabel->TextAlign(Label::kAlignRight);
 
-    auto title = addControl<TextField>("txtTitle", {219, 443, 200, 22, "LT", 12, settings});
-    title->Text("My App");
-    title->HelpTag("Window title...");
-    title->TextChange.AddHandler(this, txtTitle_TextChange);
+    addField("txtTitle", {219, 443, 200, 22, "LT", 12, settings}, "My App", "Window title...",
+             txtTitle_TextChange);
 
-    auto mainLabel = addControl<Label>("Label10", {73, 476, 134, 20, "LT", 21, settings});
-    mainLabel->Text("Main File");
+    auto mainLabel = addLabel("Label10", {73, 476, 134, 20, "LT", 21, settings}, "Main File");
     mainLabel->TextAlign(Label::kAlignRight);
 
-    auto mainFile = addControl<TextField>("txtMain", {221, 475, 200, 22, "LT", 13, settings});
-    mainFile->Text("index.html");
-    mainFile->HelpTag("Initial file to load");
-    mainFile->TextChange.AddHandler(this, txtMain_TextChange);
+    addField("txtMain", {221, 475, 200, 22, "LT", 13, settings}, "index.html",
+             "Initial file to load", txtMain_TextChange);
 
-    addControl<Label>("Label11", {394, 30, 134, 20, "LT", 23, settings})->Text("App Version");
+    addLabel("Label11", {394, 30, 134, 20, "LT", 23, settings}, "App Version");
 
-    auto version = addControl<TextField>("txtVersion", {387, 52, 164, 22, "LT", 2, settings});
-    version->Text("1.0");
-    version->TextChange.AddHandler(this, txtVersion_TextChange);
+    addField("txtVersion", {387, 52, 164, 22, "LT", 2, settings}, "1.0", "", txtVersion_TextChange);
 }
 
 void frmMain::_CreateControls1() {
     constexpr int64_t settings = 1, onWindow = 0;
 
-    addControl<Label>("Label12", {202, 128, 180, 20, "LT", 25, settings})
-        ->Text("App Company or Support");
+    addLabel("Label12", {202, 128, 180, 20, "LT", 25, settings}, "App Company or Support");
 
-    auto company = addControl<TextField>("txtCompany", {202, 150, 290, 22, "LT", 4, settings});
-    company->Text(kSampleAddress);
-    company->HelpTag("Name or URL of company or support page");
-    company->TextChange.AddHandler(this, txtCompany_TextChange);
+    addField("txtCompany", {202, 150, 290, 22, "LT", 4, settings}, kSampleAddress,
+             "Name or URL of company or support page", txtCompany_TextChange);
 
-    auto versionLabel = addControl<Label>("Label5", {20, 572, 246, 20, "LB", 2, onWindow});
-    versionLabel->Text("Vantrelix App Builder Version 1.0");
+    auto versionLabel = addLabel("Label5", {20, 572, 246, 20, "LB", 2, onWindow},
+                                 "Vantrelix App Builder Version 1.0");
     versionLabel->TextColor(Color::fromPacked(kVersionLabelColor));
 
     auto help = addControl<PushButton>("cmdHelp", {500, 560, 80, 32, "RB", 3, onWindow});

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "../container/PackageBytes.h"
+#include "PackageDescriptionText.h"
 #include "WizardHarness.h"
 #include "app/App.h"
 #include "support/ToolkitEnvironment.h"
@@ -28,26 +29,6 @@ struct RemovedAfterwards {
     fs::path folder;
     ~RemovedAfterwards() { fs::remove_all(folder); }
 };
-
-// The package.json of the wizard's defaults under the name and uid given.
-std::string DescriptionText(const std::string& name, const std::string& uid) {
-    return "{\n"
-           "  \"name\":\"" +
-           name +
-           "\",\n"
-           "  \"uid\":\"" +
-           uid +
-           "\",\n"
-           "  \"version\":\"1.0\",\n"
-           "  \"company\":\"http:\\/\\/www.example.com\",\n"
-           "  \"main\":\"index.html\",\n"
-           "  \"window\":{\n"
-           "    \"title\":\"My App\",\n"
-           "    \"width\":600.0,\n"
-           "    \"height\":600.0\n"
-           "  }\n"
-           "}";
-}
 
 std::string Lines(const std::vector<std::string>& lines) {
     std::string text;
@@ -83,7 +64,7 @@ protected:
     }
 
     std::string ExpectedPackage(const std::string& name, const std::string& uid) {
-        const std::string description = DescriptionText(name, uid);
+        const std::string description = test::PackageDescriptionText(name, uid);
         return test::EncodeHeader("V001", name, uid, "site") +
                test::EncodeRecord({"index.html", "", 1, 9, "<p>hi</p>"}) +
                test::EncodeRecord({"js", "", 2, 0, ""}) +
@@ -108,7 +89,8 @@ TEST_F(BuildRoad, fillBrowseContinueBuild_writesDescriptionAndPackageAndLogsEver
 
     wizard->cmdBuild()->Push();
 
-    EXPECT_EQ(scratch.readFile("site/package.json"), DescriptionText("Demo", "com.example.demo"));
+    EXPECT_EQ(scratch.readFile("site/package.json"),
+              test::PackageDescriptionText("Demo", "com.example.demo"));
     EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage("Demo", "com.example.demo"));
     EXPECT_EQ(LogOf(wizard), ExpectedLog());
     EXPECT_TRUE(ui.messages.empty());
@@ -130,7 +112,8 @@ TEST_F(BuildRoad, secondBuild_appendsItsLinesAndWritesTheSameFilesAgain) {
     wizard->cmdBuild()->Push();
 
     EXPECT_EQ(LogOf(wizard), ExpectedLog() + ExpectedLog());
-    EXPECT_EQ(scratch.readFile("site/package.json"), DescriptionText("Demo", "com.example.demo"));
+    EXPECT_EQ(scratch.readFile("site/package.json"),
+              test::PackageDescriptionText("Demo", "com.example.demo"));
     EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage("Demo", "com.example.demo"));
 }
 
@@ -179,7 +162,7 @@ TEST_F(BuildRoad, secondWindowChoosesOtherPaths_firstWindowBuildsThemUnderItsOwn
     // ...but packed what the second one chose, with its own name and log.
     EXPECT_FALSE(scratch.item("out/demo.vxpk")->Exists());
     EXPECT_FALSE(scratch.item("site/package.json")->Exists());
-    const std::string description = DescriptionText("Demo", "com.example.demo");
+    const std::string description = test::PackageDescriptionText("Demo", "com.example.demo");
     EXPECT_EQ(scratch.readFile("out/second.vxpk"),
               test::EncodeHeader("V001", "Demo", "com.example.demo", "other") +
                   test::EncodeRecord({"package.json", "", 1,
@@ -203,7 +186,8 @@ TEST_F(BuildRoad, extractOfABuiltPackage_restoresTheTreeAndLaunchesItsFolder) {
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_EQ(ReadAt(folder / "index.html"), "<p>hi</p>");
     EXPECT_EQ(ReadAt(folder / "js" / "app.js"), "x=1");
-    EXPECT_EQ(ReadAt(folder / "package.json"), DescriptionText("Demo", "com.example.demo"));
+    EXPECT_EQ(ReadAt(folder / "package.json"),
+              test::PackageDescriptionText("Demo", "com.example.demo"));
     EXPECT_FALSE(fs::exists(folder / ".git"));
     EXPECT_FALSE(fs::exists(folder / "_notes.txt"));
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "PackageDescriptionText.h"
 #include "app/PackageDescription.h"
 #include "runtime/TextEncoding.h"
 #include "support/ScratchFolder.h"
@@ -29,19 +30,7 @@ std::string textOf(const Fields& fields) {
 }
 
 TEST(PackageDescription, wizardDefaults_giveThePrettyDocumentMemberByMember) {
-    EXPECT_EQ(textOf(wizardDefaults()),
-              "{\n"
-              "  \"name\":\"My App\",\n"
-              "  \"uid\":\"com.example.myapp\",\n"
-              "  \"version\":\"1.0\",\n"
-              "  \"company\":\"http:\\/\\/www.example.com\",\n"
-              "  \"main\":\"index.html\",\n"
-              "  \"window\":{\n"
-              "    \"title\":\"My App\",\n"
-              "    \"width\":600.0,\n"
-              "    \"height\":600.0\n"
-              "  }\n"
-              "}");
+    EXPECT_EQ(textOf(wizardDefaults()), test::PackageDescriptionText());
 }
 
 struct FieldCase {
