@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <ostream>
 #include <string>
 
 #include "PackageDescriptionText.h"
@@ -38,6 +39,10 @@ struct FieldCase {
     std::function<void(Fields&)> edit;
     const char* expectedLine;
 };
+// Failures name the case rather than dump its bytes.
+void PrintTo(const FieldCase& testCase, std::ostream* out) {
+    *out << testCase.name;
+}
 
 class FieldForms : public ::testing::TestWithParam<FieldCase> {};
 
@@ -76,6 +81,10 @@ struct WriteCase {
     std::string before;  // empty: no file yet
     std::string text;
 };
+// Failures name the case rather than dump its bytes.
+void PrintTo(const WriteCase& testCase, std::ostream* out) {
+    *out << testCase.name;
+}
 
 class Writing : public ::testing::TestWithParam<WriteCase> {};
 

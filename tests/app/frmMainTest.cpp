@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QTest>
 #include <QWidget>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,10 @@ struct StateCase {
     bool buildEnabled;
     int64_t beeps;
 };
+// Failures name the case rather than dump its bytes.
+void PrintTo(const StateCase& testCase, std::ostream* out) {
+    *out << testCase.name;
+}
 
 class WizardStates : public WizardTest, public ::testing::WithParamInterface<StateCase> {
 protected:
@@ -150,6 +155,10 @@ struct CheckCase {
     const char* uid;
     const char* focusedAfter;  // the field that has the focus after the beep
 };
+// Failures name the case rather than dump its bytes.
+void PrintTo(const CheckCase& testCase, std::ostream* out) {
+    *out << testCase.name;
+}
 
 class ContinueChecks : public WizardTest, public ::testing::WithParamInterface<CheckCase> {};
 
