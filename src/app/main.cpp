@@ -1,8 +1,10 @@
 #include "app/Startup.h"
+#include "runtime/RuntimeInit.h"
 #include "runtime/ui/RuntimeLifecycle.h"
 
 // The program reads no argument: it has no command line.
 int main() {
+    vx::RuntimeInit();
     vx::_Main();
     vx::RuntimePerformFinalizers();
     vx::exitCode = vx::RuntimeExit();

@@ -2,6 +2,7 @@
 // that the depth of a document costs heap, not call stack, and writes the
 // text into one growing buffer.
 #include <charconv>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "runtime/Collection.h"
 #include "runtime/EncodingConversion.h"
 #include "runtime/EndOfLine.h"
+#include "runtime/Hex.h"
 #include "runtime/NumberFormat.h"
 #include "runtime/StringFunctions.h"
 #include "runtime/TextEncoding.h"
@@ -122,7 +124,7 @@ private:
             stack_.pop_back();
             return;
         }
-        const int64_t level = frame.level + indentSpacing_;
+        const int64_t level = deeper(frame.level);
         indentBuffer(level);
         frame.elementWritten = true;
         writeElement(frame, level);
@@ -158,44 +160,15 @@ private:
     // it into a scratch buffer spares a String for every member.
     void writeItemName(const Variant& key) {
         const String* hex = std::get_if<String>(&key.storage());
-        if (hex == nullptr || !decodeHex(hex->bytes(), scratch_)) {
+        if (hex == nullptr) {
             writeName(JSONItem::KeyDecode(VariantToString(key)));
             return;
         }
+        scratch_.clear();
+        AppendDecodedHex(hex->bytes(), scratch_);
         openName();
         AppendEscapedJSON(scratch_, escapeSlashes_, buffer_);
         closeName();
-    }
-
-    // Decodes pairs of hexadecimal digits; false for anything else, which
-    // the general decoding then reads by its own rules.
-    static bool decodeHex(std::string_view hex, std::string& bytes) {
-        if (hex.size() % 2 != 0) {
-            return false;
-        }
-        bytes.resize(hex.size() / 2);
-        for (std::size_t i = 0; i < bytes.size(); ++i) {
-            const int high = digitValue(hex[2 * i]);
-            const int low = digitValue(hex[2 * i + 1]);
-            if (high < 0 || low < 0) {
-                return false;
-            }
-            bytes[i] = static_cast<char>(high * 16 + low);
-        }
-        return true;
-    }
-
-    static int digitValue(char c) {
-        if (c >= '0' && c <= '9') {
-            return c - '0';
-        }
-        if (c >= 'A' && c <= 'F') {
-            return c - 'A' + 10;
-        }
-        if (c >= 'a' && c <= 'f') {
-            return c - 'a' + 10;
-        }
-        return -1;
     }
 
     void writeName(const String& name) {
@@ -291,6 +264,17 @@ private:
         if (!compact_) {
             buffer_ += lineEnd_.bytes();
         }
+    }
+
+    // One level further in. An absurd spacing saturates instead of wrapping
+    // round, so that it fails as the huge indent it asks for.
+    int64_t deeper(int64_t level) const {
+        int64_t next = 0;
+        if (__builtin_add_overflow(level, indentSpacing_, &next)) {
+            return indentSpacing_ > 0 ? std::numeric_limits<int64_t>::max()
+                                      : std::numeric_limits<int64_t>::min();
+        }
+        return next;
     }
 
     // A count of 0 or below, which a negative spacing gives, indents nothing.

@@ -66,11 +66,9 @@ String EncodeHex(const String& bytes, bool withSpaces) {
     return String(std::move(text), Encodings::UTF8);
 }
 
-String DecodeHex(const String& text) {
-    std::string bytes;
-    bytes.reserve(text.byteLength() / 2);
+void AppendDecodedHex(std::string_view text, std::string& bytes) {
     int high = -1;
-    for (const char c : text.bytes()) {
+    for (const char c : text) {
         const int value = digitValue(c);
         if (value < 0) {
             if (high < 0 && IsWhiteSpace(static_cast<unsigned char>(c))) {
@@ -85,6 +83,12 @@ String DecodeHex(const String& text) {
             high = -1;
         }
     }
+}
+
+String DecodeHex(const String& text) {
+    std::string bytes;
+    bytes.reserve(text.byteLength() / 2);
+    AppendDecodedHex(text.bytes(), bytes);
     return String(std::move(bytes), nullptr);
 }
 

@@ -2,6 +2,8 @@
 
 #include <concepts>
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "runtime/String.h"
 
@@ -28,5 +30,8 @@ String EncodeHex(const String& bytes, bool withSpaces);
 // reading stops at the first other character that is not a digit, and a
 // digit left without its partner at the end is dropped.
 String DecodeHex(const String& text);
+// DecodeHex appending to bytes, for callers that decode many short texts
+// into one reused buffer.
+void AppendDecodedHex(std::string_view text, std::string& bytes);
 
 }  // namespace vx

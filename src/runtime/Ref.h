@@ -18,8 +18,7 @@ public:
     Ref(std::nullptr_t) {}
     Ref(std::shared_ptr<T> object) : object_(std::move(object)) {}
     template <class U>
-        requires std::is_convertible_v<U*, T*>
-    Ref(const Ref<U>& other) : object_(other.shared()) {}
+    requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other) : object_(other.shared()) {}
 
     T* operator->() const { return &**this; }
     T& operator*() const {

@@ -24,7 +24,9 @@ public:
         : String(std::string_view(bytes), encoding) {}
     String(std::string&& bytes, const TextEncoding* encoding);
 
-    std::string_view bytes() const { return bytes_ ? std::string_view(*bytes_) : std::string_view(); }
+    std::string_view bytes() const {
+        return bytes_ ? std::string_view(*bytes_) : std::string_view();
+    }
     const char* c_str() const { return bytes_ ? bytes_->c_str() : ""; }
     std::size_t byteLength() const { return bytes_ ? bytes_->size() : 0; }
     bool isEmpty() const { return byteLength() == 0; }

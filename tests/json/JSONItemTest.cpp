@@ -339,17 +339,6 @@ TEST(JSONItem, convertedFromDictionary_takesStringKeysAndValuesAsTheyAre) {
     EXPECT_THROW(other.Operator_Convert(numbered), KeyNotFoundException);
 }
 
-TEST(JSONItem, childSharedByTwoParents_isOneObject) {
-    const auto child = New<JSONItem>();
-    JSONItem first;
-    JSONItem second;
-    first.Child("c", child);
-    second.Value("c", Variant(child));
-    child->Value("x", 1);
-    EXPECT_EQ(first.Child("c")->Value("x"), Variant(1));
-    EXPECT_EQ(second.Child("c"), first.Child("c"));
-}
-
 TEST(JSONItem, deepChain_isReleasedWithoutExhaustingTheStack) {
     auto root = New<JSONItem>();
     Ref<JSONItem> tail = root;

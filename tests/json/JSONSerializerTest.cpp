@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 #include "json/JSONItem.h"
@@ -8,6 +9,7 @@
 #include "runtime/Date.h"
 #include "runtime/StringFunctions.h"
 #include "runtime/TextEncoding.h"
+#include "support/RecordingUIServices.h"
 
 namespace vx {
 namespace {
@@ -165,6 +167,10 @@ TEST(JSONSerializer, indentSpacing_setsTheBlanksPerLevel) {
     }
     const auto root = nestedSample();
     EXPECT_EQ(text(*root), R"({"a":1,"b":[2,{}]})");
+    root->IndentSpacing = std::numeric_limits<int64_t>::min();
+    EXPECT_EQ(text(*root), R"({"a":1,"b":[2,{}]})");
+    root->Compact = false;
+    EXPECT_EQ(text(*root), "{\n\"a\":1,\n\"b\":[\n2,\n{}\n]\n}");
 }
 
 TEST(JSONSerializer, settings_comeFromTheItemAskedOnly) {
@@ -219,6 +225,21 @@ TEST(JSONSerializer, dictionaryValue_printsAsObjectWithClearKeys) {
     EXPECT_THROW(item.ToString(), KeyNotFoundException);
 }
 
+TEST(JSONSerializer, itemGrowingDuringOutput_isPrintedWithItsNewCount) {
+    test::RecordingUIServices services;
+    const test::InstalledUIServices installed(services);
+    JSONItem item;
+    item.Append(1);
+    item.Append(2);
+    services.onBackgroundTask = [&] {
+        if (item.Count() == 2) {
+            item.Append(3);
+        }
+    };
+    EXPECT_EQ(text(item), "[1,2,3]");
+    EXPECT_EQ(services.backgroundTasks, 3);
+}
+
 TEST(JSONSerializer, collectionValue_printsAsArrayWithoutItsKeys) {
     const auto inner = New<Collection>();
     const auto table = New<Dictionary>();
@@ -257,7 +278,7 @@ TEST(JSONSerializer, valueWithoutJSONForm_raisesElevenWithItsText) {
     }
 }
 
-TEST(JSONSerializer, valueWithoutText_letsTheConversionFailureThrough) {
+TEST(JSONSerializer, objectOrArrayWithoutText_isUnrecognizedWithoutInfo) {
     const Variant values[] = {
         Variant(New<Pair>(1, 2)),
         Variant(Ref<ArrayBase>(New<Array<int64_t>>(std::vector<int64_t>{1}))),
@@ -265,7 +286,7 @@ TEST(JSONSerializer, valueWithoutText_letsTheConversionFailureThrough) {
     for (const Variant& value : values) {
         JSONItem item;
         item.Append(value);
-        EXPECT_THROW(item.ToString(), TypeMismatchException);
+        ExpectJSONFailure([&] { item.ToString(); }, 11, "Unrecognized Object");
     }
 }
 

@@ -1,8 +1,7 @@
-#include "runtime/Ref.h"
-
 #include <gtest/gtest.h>
 
 #include "runtime/Object.h"
+#include "runtime/Ref.h"
 
 namespace vx {
 namespace {

@@ -6,8 +6,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <exception>
+
+#include "runtime/RuntimeInit.h"
 
 namespace vx::test {
 namespace {
@@ -25,7 +26,8 @@ bool applyLimits(const ChildOptions& options) {
     if (!options.fileSizeLimit) {
         return true;
     }
-    std::signal(SIGXFSZ, SIG_IGN);
+    // As in the program itself: the limit must show as a failed write.
+    RuntimeInit();
     const rlimit limit{*options.fileSizeLimit, *options.fileSizeLimit};
     return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
 }

@@ -37,7 +37,9 @@ void DesktopUIServices::BackgroundTask() {
         return;
     }
     sinceRepaint_.start();
+    yielding_ = true;
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    yielding_ = false;
 }
 
 Ref<FolderItem> DesktopUIServices::SelectFolder() {

@@ -23,7 +23,12 @@ public:
                                    const String& filter) override;
     void Launch(const FolderItem& item, bool activate) override;
 
+    // True while the yield lets events through in the middle of a long loop:
+    // a window must not close under the loop then.
+    static bool _Yielding() { return yielding_; }
+
 private:
+    static inline bool yielding_ = false;
     QElapsedTimer sinceRepaint_;
 };
 

@@ -4,10 +4,11 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMenuBar>
-#include <QPointer>
+#include <QTimer>
 #include <algorithm>
 #include <typeinfo>
 
+#include "runtime/ui/DesktopUIServices.h"
 #include "runtime/ui/MenuBar.h"
 #include "runtime/ui/PushButton.h"
 #include "runtime/ui/QtText.h"
@@ -110,6 +111,13 @@ protected:
     }
 
     void closeEvent(QCloseEvent* event) override {
+        // Closing is the user's input too, and waits like the rest until the
+        // long loop that is yielding has ended.
+        if (DesktopUIServices::_Yielding()) {
+            event->ignore();
+            QTimer::singleShot(0, this, [this] { close(); });
+            return;
+        }
         event->accept();
         if (owner != nullptr) {
             owner->_Closed();

@@ -9,6 +9,7 @@
 #include "runtime/FolderItem.h"
 #include "runtime/ui/DesktopUIServices.h"
 #include "runtime/ui/FileTypeRegistry.h"
+#include "runtime/ui/Window.h"
 #include "support/ScratchFolder.h"
 #include "support/ToolkitEnvironment.h"
 
@@ -120,6 +121,21 @@ TEST(DesktopUIServices, backgroundTask_letsEventsThroughAtMostEveryInterval) {
     services.BackgroundTask();
     EXPECT_EQ(delivered, 2);
     QApplication::processEvents();
+}
+
+TEST(DesktopUIServices, windowClosedDuringALongLoop_closesWhenTheLoopEnds) {
+    DesktopUIServices services;
+    auto window = New<Window>();
+    window->Constructor();
+    QTest::qSleep(DesktopUIServices::kRepaintIntervalMs + 5);
+    QMetaObject::invokeMethod(window->_Widget(), "close", Qt::QueuedConnection);
+
+    services.BackgroundTask();
+    EXPECT_TRUE(window->_Widget()->isVisible()) << "the loop still writes to this window";
+
+    QApplication::processEvents();
+    EXPECT_FALSE(window->_Widget()->isVisible());
+    EXPECT_TRUE(_OpenWindows().empty());
 }
 
 }  // namespace

@@ -1,0 +1,11 @@
+#include "runtime/RuntimeInit.h"
+
+#include <csignal>
+
+namespace vx {
+
+void RuntimeInit() {
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+}  // namespace vx
