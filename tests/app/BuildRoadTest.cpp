@@ -1,5 +1,8 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QPlainTextEdit>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -100,6 +103,25 @@ TEST_F(BuildRoad, fillBrowseContinueBuild_writesDescriptionAndPackageAndLogsEver
     EXPECT_TRUE(wizard->cmdBuild()->Enabled());
     EXPECT_EQ(wizard->PagePanel1()->Value(), 1);
     EXPECT_EQ(vxPacker::owner.get(), static_cast<LogReceiver*>(wizard.get()));
+}
+
+TEST_F(BuildRoad, duringTheBuild_eachYieldShowsTheLinesSoFar) {
+    ComeToTheBuildPage(wizard);
+    auto* shown = static_cast<QPlainTextEdit*>(wizard->txtLog()->_Widget());
+    std::vector<std::string> seen;
+    ui.onBackgroundTask = [&] {
+        QCoreApplication::processEvents();
+        seen.push_back(shown->toPlainText().toStdString());
+    };
+
+    wizard->cmdBuild()->Push();
+
+    // The packer yields after each entry, so the first entry's line is on
+    // the screen while the build is still going.
+    EXPECT_THAT(seen, ::testing::Contains(Lines(
+                          {"Created file package.json", "Build using file version 001",
+                           "Source: " + scratch.path("site"),
+                           "Target: " + scratch.path("out/demo.vxpk"), "Copying: index.html"})));
 }
 
 TEST_F(BuildRoad, secondBuild_appendsItsLinesAndWritesTheSameFilesAgain) {
