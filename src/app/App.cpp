@@ -1,6 +1,7 @@
 #include "app/App.h"
 
 #include "app/frmMain.h"
+#include "container/vxpkFile.h"
 #include "runtime/FolderItem.h"
 #include "runtime/ui/OpenDialog.h"
 
@@ -27,6 +28,12 @@ bool App::_mnuExtract_Action() {
     if (!file) {
         return true;
     }
+    // The reader has told the user what went wrong, if anything could be told.
+    Ref<vxpkFile> package = vxpkFile::open(file);
+    if (!package) {
+        return true;
+    }
+    package->folder->Launch(true);
     return true;
 }
 

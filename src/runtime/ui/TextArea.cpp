@@ -4,6 +4,7 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include "runtime/TextEncoding.h"
 #include "runtime/ui/QtText.h"
 
 namespace vx {
@@ -31,18 +32,45 @@ TextArea::TextArea() : TextEdit(new QPlainTextEdit()) {
 }
 
 String TextArea::Text() const {
+    FlushAppends();
     return FromQString(Area(*this)->toPlainText());
 }
 
 void TextArea::Text(const String& text) {
+    pendingAppends_.clear();
     Area(*this)->setPlainText(WithLineFeeds(text));
 }
 
 void TextArea::AppendText(const String& text) {
     QPlainTextEdit* area = Area(*this);
-    QTextCursor end(area->document());
+    if (pendingAppends_.empty()) {
+        // Dropped with the widget; a control gone before its widget is no
+        // longer found for it.
+        QMetaObject::invokeMethod(
+            area,
+            [area] {
+                if (auto* control = dynamic_cast<TextArea*>(Control::_FromWidget(area))) {
+                    control->FlushAppends();
+                }
+            },
+            Qt::QueuedConnection);
+    }
+    const TextEncoding* encoding = text.encoding();
+    if (encoding == nullptr || encoding->scheme() == TextEncoding::Scheme::UTF8) {
+        pendingAppends_ += text.bytes();
+    } else {
+        pendingAppends_ += ToQString(text).toStdString();
+    }
+}
+
+void TextArea::FlushAppends() const {
+    if (pendingAppends_.empty()) {
+        return;
+    }
+    QTextCursor end(Area(*this)->document());
     end.movePosition(QTextCursor::End);
-    end.insertText(WithLineFeeds(text));
+    end.insertText(WithLineFeeds(String(std::move(pendingAppends_), Encodings::UTF8)));
+    pendingAppends_.clear();
 }
 
 void TextArea::ApplyReadOnly() {
@@ -69,6 +97,7 @@ void TextArea::DeleteSelection() {
     Area(*this)->textCursor().removeSelectedText();
 }
 void TextArea::SelectAll() {
+    FlushAppends();
     Area(*this)->selectAll();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "runtime/ui/TextEdit.h"
 
 namespace vx {
@@ -13,7 +15,10 @@ public:
     String Text() const override;
     void Text(const String& text) override;
     // Adds text at the end without touching what is there, so a log that grows
-    // line by line costs the length of the line, not of the log.
+    // line by line costs the length of the line, not of the log. Appends made
+    // one after another reach the widget together, the next time the toolkit
+    // gets to run, so a long loop that logs every step pays for one insertion
+    // per repaint rather than one per line. Text reads them all at once.
     void AppendText(const String& text);
 
     void Undo() override;
@@ -27,6 +32,11 @@ public:
 
 private:
     void ApplyReadOnly() override;
+    // Puts the appends that wait into the widget.
+    void FlushAppends() const;
+
+    // UTF-8, turned into the toolkit's text once per batch.
+    mutable std::string pendingAppends_;
 };
 
 }  // namespace vx

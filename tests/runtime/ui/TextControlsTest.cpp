@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QFontMetrics>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QTest>
 
 #include "runtime/StringFunctions.h"
@@ -101,6 +102,23 @@ TEST(TextArea, appendText_addsAtTheEndWithoutTouchingTheRest) {
     }
     EXPECT_EQ(area->Text(), "old\nline\nline\nline\n");
     EXPECT_FALSE(area->CanUndo()) << "a read-only area keeps no history";
+}
+
+TEST(TextArea, appendsInALoop_reachTheWidgetWhenTheToolkitRunsAndNotBefore) {
+    auto area = New<TextArea>();
+    area->Text("old\n");
+    auto* widget = static_cast<QPlainTextEdit*>(area->_Widget());
+    area->AppendText("one\r");
+    area->AppendText("two\n");
+    EXPECT_EQ(widget->toPlainText(), "old\n") << "one insertion for the whole batch, later";
+
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(widget->toPlainText(), "old\none\ntwo\n");
+    area->AppendText("three\n");
+    area->Text("new");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(area->Text(), "new") << "an assignment drops appends still waiting";
 }
 
 TEST(TextArea, fixedPitchFamilyMissingHere_fallsBackToAFixedPitchFont) {
