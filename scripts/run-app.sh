@@ -19,6 +19,8 @@ mkdir -p build
 # "Build" is mapped and drawn, take the picture, and end it again.
 xvfb-run --auto-servernum --server-args="-screen 0 800x700x24" bash -c '
     app="$1"; screenshot="$2"
+    # A plain window manager draws the title bar, as a desktop would.
+    if command -v openbox >/dev/null; then openbox & sleep 1; fi
     QT_QPA_PLATFORM=xcb "$app" &
     pid=$!
     for _ in $(seq 1 100); do
