@@ -17,7 +17,7 @@ screenshot="build/screenshot.png"
 mkdir -p build
 # Inside the virtual display: start the App Builder, wait until its window
 # "Build" is mapped and drawn, take the picture, and end it again.
-xvfb-run --auto-servernum --server-args="-screen 0 800x700x24" bash -c '
+xvfb-run --auto-servernum --server-args="-screen 0 800x760x24" bash -c '
     app="$1"; screenshot="$2"
     # A plain window manager draws the title bar, as a desktop would.
     if command -v openbox >/dev/null; then openbox & sleep 1; fi
