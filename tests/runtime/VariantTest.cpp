@@ -26,7 +26,6 @@ TEST(Variant, makingFunctions_giveTheKindNumbers) {
         {"Date", New<Date>(), VarTypes::Date},
         {"String", StringToVariant("x"), 8},
         {"Dictionary", New<Dictionary>(), 9},
-        {"Pair", New<Pair>(1, 2), 9},
         {"Boolean", BooleanToVariant(false), 11},
         {"Color", ColorToVariant(Color()), VarTypes::Color},
         {"Text", TextToVariant(Text()), VarTypes::Text},
