@@ -7,6 +7,7 @@
 #include <functional>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "runtime/BinaryStream.h"
@@ -68,39 +69,38 @@ TEST(BinaryStream, createAndOpen_failAsTheirCallersExpect) {
               "102");
 }
 
+struct TypedCase {
+    std::function<void(BinaryStream&)> write;
+    std::function<bool(BinaryStream&)> readsBack;
+    std::string bigEndian;
+};
+
+template <class T>
+TypedCase typed(void (BinaryStream::*write)(T), T (BinaryStream::*read)(),
+                std::type_identity_t<T> value, std::string bigEndian) {
+    return {[=](BinaryStream& s) { (s.*write)(value); },
+            [=](BinaryStream& s) { return (s.*read)() == value; }, std::move(bigEndian)};
+}
+
 TEST(BinaryStream, typedValues_haveTheBytesOfTheirByteOrder) {
     ScratchFolder scratch;
-    struct Case {
-        std::function<void(BinaryStream&)> write;
-        std::function<bool(BinaryStream&)> readsBack;
-        std::string bigEndian;
-    };
-    const Case cases[] = {
-        {[](auto& s) { s.WriteInt32(1); }, [](auto& s) { return s.ReadInt32() == 1; },
-         std::string("\0\0\0\1", 4)},
-        {[](auto& s) { s.WriteInt32(-2); }, [](auto& s) { return s.ReadInt32() == -2; },
-         "\xff\xff\xff\xfe"},
-        {[](auto& s) { s.WriteInt8(-1); }, [](auto& s) { return s.ReadInt8() == -1; }, "\xff"},
-        {[](auto& s) { s.WriteUInt8(200); }, [](auto& s) { return s.ReadUInt8() == 200; }, "\xc8"},
-        {[](auto& s) { s.WriteInt16(0x0102); }, [](auto& s) { return s.ReadInt16() == 0x0102; },
-         "\x01\x02"},
-        {[](auto& s) { s.WriteUInt16(0xfedc); }, [](auto& s) { return s.ReadUInt16() == 0xfedc; },
-         "\xfe\xdc"},
-        {[](auto& s) { s.WriteUInt32(0x89abcdef); },
-         [](auto& s) { return s.ReadUInt32() == 0x89abcdefu; }, "\x89\xab\xcd\xef"},
-        {[](auto& s) { s.WriteInt64(-0x0102030405060708); },
-         [](auto& s) { return s.ReadInt64() == -0x0102030405060708; },
-         "\xfe\xfd\xfc\xfb\xfa\xf9\xf8\xf8"},
-        {[](auto& s) { s.WriteUInt64(~0ull); }, [](auto& s) { return s.ReadUInt64() == ~0ull; },
-         std::string(8, '\xff')},
-        {[](auto& s) { s.WriteBoolean(true); }, [](auto& s) { return s.ReadBoolean(); }, "\x01"},
-        {[](auto& s) { s.WriteSingle(1.5f); }, [](auto& s) { return s.ReadSingle() == 1.5f; },
-         std::string("\x3f\xc0\0\0", 4)},
-        {[](auto& s) { s.WriteDouble(-2.0); }, [](auto& s) { return s.ReadDouble() == -2.0; },
-         std::string("\xc0\0\0\0\0\0\0\0", 8)},
-        {[](auto& s) { s.WriteCurrency(12.3456); },
-         [](auto& s) { return s.ReadCurrency() == 12.3456; },
-         std::string("\0\0\0\0\0\x01\xe2\x40", 8)},
+    using S = BinaryStream;
+    const TypedCase cases[] = {
+        typed(&S::WriteInt32, &S::ReadInt32, 1, std::string("\0\0\0\1", 4)),
+        typed(&S::WriteInt32, &S::ReadInt32, -2, "\xff\xff\xff\xfe"),
+        typed(&S::WriteInt8, &S::ReadInt8, -1, "\xff"),
+        typed(&S::WriteUInt8, &S::ReadUInt8, 200, "\xc8"),
+        typed(&S::WriteInt16, &S::ReadInt16, 0x0102, "\x01\x02"),
+        typed(&S::WriteUInt16, &S::ReadUInt16, 0xfedc, "\xfe\xdc"),
+        typed(&S::WriteUInt32, &S::ReadUInt32, 0x89abcdef, "\x89\xab\xcd\xef"),
+        typed(&S::WriteInt64, &S::ReadInt64, -0x0102030405060708,
+              "\xfe\xfd\xfc\xfb\xfa\xf9\xf8\xf8"),
+        typed(&S::WriteUInt64, &S::ReadUInt64, ~0ull, std::string(8, '\xff')),
+        typed(&S::WriteBoolean, &S::ReadBoolean, true, "\x01"),
+        typed(&S::WriteSingle, &S::ReadSingle, 1.5f, std::string("\x3f\xc0\0\0", 4)),
+        typed(&S::WriteDouble, &S::ReadDouble, -2.0, std::string("\xc0\0\0\0\0\0\0\0", 8)),
+        typed(&S::WriteCurrency, &S::ReadCurrency, 12.3456,
+              std::string("\0\0\0\0\0\x01\xe2\x40", 8)),
     };
     for (const bool little : {false, true}) {
         for (std::size_t i = 0; i < std::size(cases); ++i) {
@@ -257,67 +257,45 @@ TEST(BinaryStream, writeBeyondTheFileSizeLimit_raisesFromWriteOrClose) {
     }
 }
 
-TEST(BinaryStream, copyFrom_placesExactlyTheSourceBytesBetweenTheFields) {
+// Runs of contents of many sizes, each behind a field that names it, as a
+// reader meets them: some lie whole in what the source has read ahead, some
+// begin there and end beyond it, some are larger than its buffer. The copy in
+// /dev/shm lies on another file system, where the kernel copy gives way to the
+// copy through the buffer.
+TEST(BinaryStream, copyFrom_betweenReadsOfOneSource_placesExactlyTheSourceBytes) {
     ScratchFolder scratch;
+    const std::vector<std::size_t> sizes = {0, 1, 300, 131071, 131072, 131073, 5, 3000000, 0, 9};
     std::mt19937 random(7);
-    // /dev/shm lies on another file system, where the kernel copy gives way
-    // to the copy through the buffer.
-    const std::string shm = "/dev/shm/vx-copy-" + std::to_string(::getpid());
-    for (const std::size_t size :
-         {std::size_t{0}, std::size_t{1}, std::size_t{5000}, std::size_t{131071},
-          std::size_t{131072}, std::size_t{131073}, std::size_t{3000000}}) {
-        std::string data(size + 7, '\0');
-        for (auto& c : data) {
-            c = static_cast<char>(random());
-        }
-        const std::string local = scratch.writeFile("source", data);
-        std::ofstream(shm, std::ios::binary).write(data.data(), static_cast<long>(data.size()));
-        for (const std::string& sourcePath : {local, shm}) {
-            const auto source = BinaryStream::Open(
-                New<FolderItem>(String(std::string_view(sourcePath), nullptr), 3), false);
-            source->ReadInt32();
-            const auto target = BinaryStream::Create(scratch.item("target"), true);
-            target->WritePString("head");
-            target->CopyFrom(*source, size + 100);
-            target->WritePString("tail");
-            EXPECT_EQ(source->Position(), size + 7);
-            EXPECT_EQ(target->Position(), 5 + size + 3 + 5);
-            target->Close();
-            EXPECT_EQ(scratch.readFile("target"), "\x04head" + data.substr(4) + "\x04tail")
-                << size << " from " << sourcePath;
-        }
-    }
-    ::unlink(shm.c_str());
-}
-
-TEST(BinaryStream, copyFrom_betweenReadsOfOneSource_keepsTheFieldsInStep) {
-    ScratchFolder scratch;
-    // Runs of contents of many sizes, each behind a field that names it, as a
-    // reader meets them: some lie whole in what the source has read ahead,
-    // some begin there and end beyond it, some are larger than its buffer.
-    const std::vector<std::size_t> sizes = {0, 1, 300, 131000, 70000, 5, 200000, 0, 131072, 9};
     std::string file;
     std::vector<std::string> contents;
     for (std::size_t i = 0; i < sizes.size(); ++i) {
-        const std::string field = "n" + std::to_string(i);
-        file += static_cast<char>(field.size()) + field;
+        file += "\x02n" + std::to_string(i);
         contents.emplace_back(sizes[i], '\0');
-        for (std::size_t b = 0; b < sizes[i]; ++b) {
-            contents.back()[b] = static_cast<char>((b * 31 + i) % 256);
+        for (auto& c : contents.back()) {
+            c = static_cast<char>(random());
         }
         file += contents.back();
     }
-    scratch.writeFile("source", file);
-    const auto source = BinaryStream::Open(scratch.item("source"), false);
-    for (std::size_t i = 0; i < sizes.size(); ++i) {
-        EXPECT_EQ(source->ReadPString(),
-                  String(std::string_view("n" + std::to_string(i)), nullptr));
-        const auto target = BinaryStream::Create(scratch.item("target"), true);
-        target->CopyFrom(*source, sizes[i]);
-        target->Close();
-        EXPECT_EQ(scratch.readFile("target"), contents[i]) << "piece " << i;
+    const std::string shm = "/dev/shm/vx-copy-" + std::to_string(::getpid());
+    std::ofstream(shm, std::ios::binary).write(file.data(), static_cast<long>(file.size()));
+    for (const std::string& sourcePath : {scratch.writeFile("source", file), shm}) {
+        const auto source = BinaryStream::Open(
+            New<FolderItem>(String(std::string_view(sourcePath), nullptr), 3), false);
+        for (std::size_t i = 0; i < sizes.size(); ++i) {
+            SCOPED_TRACE(sourcePath + " piece " + std::to_string(i));
+            EXPECT_EQ(bytesOf(source->ReadPString()), "n" + std::to_string(i));
+            const auto target = BinaryStream::Create(scratch.item("target"), true);
+            target->WritePString("head");
+            // The last copy asks for more than is left and gets only the rest.
+            target->CopyFrom(*source, sizes[i] + (i + 1 == sizes.size() ? 100 : 0));
+            target->WritePString("tail");
+            EXPECT_EQ(target->Position(), 5 + sizes[i] + 5);
+            target->Close();
+            EXPECT_EQ(scratch.readFile("target"), "\x04head" + contents[i] + "\x04tail");
+        }
+        EXPECT_TRUE(source->EOF_());
     }
-    EXPECT_TRUE(source->EOF_());
+    ::unlink(shm.c_str());
 }
 
 }  // namespace

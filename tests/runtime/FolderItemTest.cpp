@@ -113,7 +113,7 @@ TEST(FolderItem, propertiesOfEachKind_answerAsAFileSystemSees) {
     }
 }
 
-TEST(FolderItem, createAndDelete_reportFailuresOnlyThroughLastErrorCode) {
+TEST(FolderItem, createDeleteAndOpen_reportFailuresThroughLastErrorCodeOrNil) {
     ScratchFolder scratch;
     const auto folder = scratch.item("made");
     folder->CreateAsFolder();
@@ -139,13 +139,10 @@ TEST(FolderItem, createAndDelete_reportFailuresOnlyThroughLastErrorCode) {
     link->Delete();
     EXPECT_FALSE(link->Exists());
     EXPECT_EQ(scratch.readFile("target"), "kept");
-}
 
-TEST(FolderItem, openingTheWrongThing_givesNilAndACode) {
-    ScratchFolder scratch;
-    const auto folder = scratch.item();
-    EXPECT_EQ(folder->OpenAsBinaryFile(false), nullptr);
-    EXPECT_EQ(folder->LastErrorCode(), PlatformErrorCodeBase + EISDIR);
+    const auto root = scratch.item();
+    EXPECT_EQ(root->OpenAsBinaryFile(false), nullptr);
+    EXPECT_EQ(root->LastErrorCode(), PlatformErrorCodeBase + EISDIR);
     const auto missing = scratch.item("missing");
     EXPECT_EQ(missing->OpenAsBinaryFile(true), nullptr);
     EXPECT_EQ(missing->LastErrorCode(), PlatformErrorCodeBase + ENOENT);

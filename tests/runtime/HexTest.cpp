@@ -17,9 +17,7 @@ TEST(Hex, numbers_upperCaseWithoutLeadingZeros) {
         const char* expected;
     } integers[] = {
         {0, "0"},
-        {9, "9"},
         {255, "FF"},
-        {233, "E9"},
         {0x1234ABCD, "1234ABCD"},
         {-1, "FFFFFFFFFFFFFFFF"},
         {std::numeric_limits<int64_t>::min(), "8000000000000000"},
@@ -28,7 +26,6 @@ TEST(Hex, numbers_upperCaseWithoutLeadingZeros) {
     for (const auto& c : integers) {
         EXPECT_EQ(Hex(c.value).bytes(), c.expected);
     }
-    EXPECT_EQ(Right("0000" + Hex(255), 4), String("00FF"));
     EXPECT_EQ(Hex(25).bytes(), "19");  // an int picks the integer form
 
     const struct {

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cmath>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <limits>
@@ -24,7 +22,6 @@ TEST(FormatNumber, masks_roundToTheirDecimalPlaces) {
     } cases[] = {
         {0.5, kDecimalMask, "0.5"},
         {-2, kDecimalMask, "-2.0"},
-        {600, kDecimalMask, "600.0"},
         {1e-7, kDecimalMask, "0.0000001"},
         {1234567.891, kDecimalMask, "1234567.891"},
         {0.1 + 0.2, kDecimalMask, "0.3"},
@@ -32,33 +29,22 @@ TEST(FormatNumber, masks_roundToTheirDecimalPlaces) {
         {-0.0, kDecimalMask, "0.0"},
         {-1e-16, kDecimalMask, "0.0"},
         {1e-15, kDecimalMask, "0.000000000000001"},
-        {5e-16, kDecimalMask, "0.000000000000001"},
         {0.9999999999999999, kDecimalMask, "1.0"},
-        {1.0000000000000002, kDecimalMask, "1.0"},
-        {-1.5, kDecimalMask, "-1.5"},
-        {123.456, kDecimalMask, "123.456"},
         {0.1234567890123456, kDecimalMask, "0.123456789012346"},
-        {12, "0", "12"},
-        {0, "0", "0"},
         {0.5, "0", "1"},
         {2.5, "0", "3"},
-        {9.5, "0", "10"},
         {99.5, "0", "100"},
         {-0.4, "0", "0"},
         {-0.5, "0", "-1"},
-        {1234567, "0", "1234567"},
         {3.14159, "#.##", "3.14"},
         {0.5, "#.##", ".5"},
         {1.005, "0.00", "1.01"},
-        {2, "0.00", "2.00"},
         {7, "000", "007"},
         {5, "0.##", "5"},
-        {-3.14, "0.0", "-3.1"},
         {-5, "x-0", "x-5"},
         {5, "x-0", "x5"},
         {42, "(0) kg", "(42) kg"},
         {0.5, "", "0.5"},
-        {-2, "", "-2"},
         {1e21, "", "1e+21"},
         {std::numeric_limits<double>::quiet_NaN(), kDecimalMask, "nan"},
         {-std::numeric_limits<double>::infinity(), "0", "-inf"},
@@ -70,22 +56,9 @@ TEST(FormatNumber, masks_roundToTheirDecimalPlaces) {
 }
 
 TEST(Str, integer_plainOrThroughMask) {
-    const struct {
-        int64_t value;
-        const char* mask;
-        const char* expected;
-    } cases[] = {
-        {5, "", "5"},
-        {-17, "", "-17"},
-        {0, "", "0"},
-        {std::numeric_limits<int64_t>::min(), "", "-9223372036854775808"},
-        {600, kDecimalMask, "600.0"},
-        {-2, kDecimalMask, "-2.0"},
-        {12, "0", "12"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Str(c.value, c.mask).bytes(), c.expected) << c.value;
-    }
+    EXPECT_EQ(Str(std::numeric_limits<int64_t>::min(), "").bytes(), "-9223372036854775808");
+    EXPECT_EQ(Str(int64_t{-2}, kDecimalMask).bytes(), "-2.0");
+    EXPECT_EQ(Str(int64_t{12}, "0").bytes(), "12");
 }
 
 // Builds a locale whose decimal point is a comma in a scratch folder, so the
@@ -119,7 +92,6 @@ TEST(Format, userLocale_changesOnlyFormat) {
 }
 
 TEST(Min, anyNumberOfArguments_givesTheSmallest) {
-    EXPECT_EQ(Min(3, 2), 2);
     EXPECT_EQ(Min(-1.5, 2), -1.5);
     EXPECT_EQ(Min(4, 5, 6, 1, 9), 1);
     EXPECT_EQ(Min(4, 5, int64_t{-7}), -7);
