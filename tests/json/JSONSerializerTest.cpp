@@ -96,9 +96,8 @@ TEST(JSONSerializer, document_printsByTheSettingsOfTheItemAskedOnly) {
     const std::string sample = R"({"a":1,"b":[2,{}]})";
     const std::string flat = "{\n\"a\":1,\n\"b\":[\n2,\n{}\n]\n}";
     const std::tuple<std::string, Settings, std::string> cases[] = {
-        {"[null,true,false,-7,-9223372036854775808,2.0,-0.5,600.0,1e-16,-1e-16,1e21]", none,
-         "[null,true,false,-7,-9223372036854775808,2.0,-0.5,600.0,0.0,0.0,1000000000000000000000."
-         "0]"},
+        {"[null,true,false,-7,-9223372036854775808,2.0,600.0,-1e-16,1e21]", none,
+         "[null,true,false,-7,-9223372036854775808,2.0,600.0,0.0,1000000000000000000000.0]"},
         {"{}", pretty(), "{}"},
         {"[]", pretty(), "[]"},
         {"[2.5,3,1e21]", [](JSONItem& j) { j.DecimalFormat = ""; }, "[2.5,3,1e+21]"},
