@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -25,38 +26,8 @@ Variant onlyElement(const std::string& text) {
     return item.InternalValue(int64_t{0});
 }
 
-std::string nested(int depth, const std::string& open, const std::string& inner,
-                   const std::string& close) {
-    std::string text;
-    for (int i = 0; i < depth; ++i) {
-        text += open;
-    }
-    text += inner;
-    for (int i = 0; i < depth; ++i) {
-        text += close;
-    }
-    return text;
-}
-
-// Levels of containers, each holding the next as its first member.
-int depthOf(const JSONItem& root) {
-    int depth = 1;
-    Ref<JSONItem> inner;
-    for (const JSONItem* item = &root;; item = inner.get(), ++depth) {
-        const Variant first = item->IsArray() ? item->Value(int64_t{0}) : item->Value("a");
-        if (VarType(first) != VarTypes::Object) {
-            return depth;
-        }
-        inner = RuntimeCheckCast<JSONItem>(VariantToObject(first));
-    }
-}
-
 TEST(JSONParser, malformedText_raisesItsNumberAndPosition) {
-    const struct {
-        std::string text;
-        int64_t number;
-        const char* message;
-    } cases[] = {
+    const std::tuple<std::string, int64_t, const char*> cases[] = {
         {"", 1, "Parse Error: Expecting '{' or '['"},
         {"\f{}", 1, "Parse Error: Expecting '{' or '['"},
         {"\xEF\xBB\xBF{}", 1, "Parse Error: Expecting '{' or '['"},
@@ -97,90 +68,59 @@ TEST(JSONParser, malformedText_raisesItsNumberAndPosition) {
         {"[fals", 10, "Illegal Value at position 5"},
         {"{\"a\":'b'}", 10, "Illegal Value at position 5"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        auto item = New<JSONItem>();
-        ExpectJSONFailure([&] { item->Load(bytesOf(c.text)); }, c.number, c.message);
+    for (const auto& [text, number, message] : cases) {
+        SCOPED_TRACE(text);
+        ExpectJSONFailure([&] { New<JSONItem>()->Load(bytesOf(text)); }, number, message);
     }
 }
 
 TEST(JSONParser, lenientText_isAccepted) {
-    const struct {
-        std::string text;
-        int64_t count;
-        bool isArray;
-    } cases[] = {
+    // Made from blank text, an item stays empty unparsed; Load would still parse it.
+    const std::tuple<std::string, int64_t, bool> cases[] = {
         {"{}", 0, false},   {"[]", 0, true},    {" \t\r\n[ ]", 0, true},
         {"{} x", 0, false}, {"[1]]]", 1, true}, {"{\"a\":1,\"a\":2}", 1, false},
-        {"[1e]", 1, true},  {"[1e+]", 1, true},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const JSONItem item(bytesOf(c.text));
-        EXPECT_EQ(item.Count(), c.count);
-        EXPECT_EQ(item.IsArray(), c.isArray);
+        {"[1e+]", 1, true}, {"", 0, false},     {"\t\r\n ", 0, false},
+        {"\f", 0, false}};
+    for (const auto& [text, count, isArray] : cases) {
+        const JSONItem item(bytesOf(text));
+        EXPECT_EQ(item.Count(), count) << text;
+        EXPECT_EQ(item.IsArray(), isArray) << text;
     }
 }
 
 TEST(JSONParser, numbers_takeTheirKindFromFormAndSize) {
-    const struct {
-        std::string text;
-        int32_t varType;
-        double value;
-    } cases[] = {
+    const std::tuple<std::string, int32_t, Variant> cases[] = {
         {"[0]", VarTypes::Int32, 0},
         {"[-0]", VarTypes::Int32, 0},
-        {"[2147483647]", VarTypes::Int32, 2147483647.0},
-        {"[-2147483648]", VarTypes::Int32, -2147483648.0},
-        {"[2147483648]", VarTypes::Int64, 2147483648.0},
-        {"[-2147483649]", VarTypes::Int64, -2147483649.0},
-        {"[3000000000]", VarTypes::Int64, 3e9},
-        {"[1.0]", VarTypes::Double, 1},
-        {"[1e0]", VarTypes::Double, 1},
-        {"[0e3]", VarTypes::Double, 0},
-        {"[1e5]", VarTypes::Double, 1e5},
+        {"[2147483647]", VarTypes::Int32, 2147483647},
+        {"[-2147483648]", VarTypes::Int32, int64_t{-2147483648}},
+        {"[2147483648]", VarTypes::Int64, int64_t{2147483648}},
+        {"[-2147483649]", VarTypes::Int64, int64_t{-2147483649}},
+        {"[1.0]", VarTypes::Double, 1.0},
+        {"[1e0]", VarTypes::Double, 1.0},
+        {"[0e3]", VarTypes::Double, 0.0},
         {"[1E5]", VarTypes::Double, 1e5},
         {"[-2.5e-3]", VarTypes::Double, -2.5e-3},
-        {"[0.125]", VarTypes::Double, 0.125},
-        {"[1e]", VarTypes::Double, 1},
+        {"[1e]", VarTypes::Double, 1.0},
         {"[1e400]", VarTypes::Double, std::numeric_limits<double>::infinity()},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const Variant value = onlyElement(c.text);
-        EXPECT_EQ(VarType(value), c.varType);
-        EXPECT_EQ(VariantToDouble(value), c.value);
-    }
-}
-
-TEST(JSONParser, largeIntegers_passThroughADouble) {
-    const struct {
-        std::string text;
-        int64_t value;
-    } cases[] = {
-        // 2 to the 53rd plus one has no Double of its own.
-        {"[9007199254740993]", 9007199254740992},
+        // Large integers pass through a Double: 2 to the 53rd plus one has none of its own.
+        {"[9007199254740993]", VarTypes::Int64, int64_t{9007199254740992}},
         // Eighteen and nineteen digits: both sides of the exact shortcut.
-        {"[123456789012345678]", 123456789012345680},
-        {"[-123456789012345678]", -123456789012345680},
-        {"[1234567890123456789]", 1234567890123456768},
-        {"[-9223372036854775808]", INT64_MIN},
-        {"[99999999999999999999999]", INT64_MAX},
-        {"[-99999999999999999999999]", INT64_MIN},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const Variant value = onlyElement(c.text);
-        EXPECT_EQ(VarType(value), VarTypes::Int64);
-        EXPECT_EQ(VariantToInt64(value), c.value);
+        {"[123456789012345678]", VarTypes::Int64, int64_t{123456789012345680}},
+        {"[-123456789012345678]", VarTypes::Int64, int64_t{-123456789012345680}},
+        {"[1234567890123456789]", VarTypes::Int64, int64_t{1234567890123456768}},
+        {"[-9223372036854775808]", VarTypes::Int64, int64_t{INT64_MIN}},
+        {"[99999999999999999999999]", VarTypes::Int64, int64_t{INT64_MAX}},
+        {"[-99999999999999999999999]", VarTypes::Int64, int64_t{INT64_MIN}}};
+    for (const auto& [text, kind, expected] : cases) {
+        const Variant value = onlyElement(text);
+        EXPECT_EQ(VarType(value), kind) << text;
+        EXPECT_TRUE(value == expected) << text << " read as " << VariantToString(value).bytes();
     }
 }
 
 TEST(JSONParser, stringEscapesAndBytes_areResolvedAsBytes) {
-    const struct {
-        std::string text;
-        std::string bytes;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {R"(["plain"])", "plain"},
         {R"([""])", ""},
         {R"(["\"\\\/\b\f\n\r\t"])", "\"\\/\b\f\n\r\t"},
@@ -191,23 +131,17 @@ TEST(JSONParser, stringEscapesAndBytes_areResolvedAsBytes) {
         // Each half of a surrogate pair becomes a character of its own.
         {R"(["\uD83D\uDE00"])", "\xED\xA0\xBD\xED\xB8\x80"},
         {"[\"caf\xC3\xA9\"]", "caf\xC3\xA9"},
-        {"[\"\xFF\x01\t\"]", "\xFF\x01\t"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const Variant value = onlyElement(c.text);
-        ASSERT_EQ(VarType(value), VarTypes::String);
-        const String text = VariantToString(value);
-        EXPECT_EQ(std::string(text.bytes()), c.bytes);
-        EXPECT_EQ(text.encoding(), nullptr);
+        {"[\"\xFF\x01\t\"]", "\xFF\x01\t"}};
+    for (const auto& [text, bytes] : cases) {
+        const Variant value = onlyElement(text);
+        ASSERT_EQ(VarType(value), VarTypes::String) << text;
+        EXPECT_EQ(std::string(VariantToString(value).bytes()), bytes);
+        EXPECT_EQ(VariantToString(value).encoding(), nullptr);
     }
 }
 
 TEST(JSONParser, parsedText_printsInTheOneFormAndComesBackUnchanged) {
-    const struct {
-        std::string text;
-        std::string printed;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {" { \"a\" : [ 1 , 2.5 , true , false , null , \"x/y\" ] } ",
          R"({"a":[1,2.5,true,false,null,"x\/y"]})"},
         {"[1e5, 2147483648, -0, 1.0, -0.5]", "[100000.0,2147483648,0,1.0,-0.5]"},
@@ -216,10 +150,9 @@ TEST(JSONParser, parsedText_printsInTheOneFormAndComesBackUnchanged) {
         {"[\"\\u0001\xC3\xA9\\t\\\"\"]", "[\"\\u0001\xC3\xA9\\t\\\"\"]"},
         {"{\"\xC3\xA9\":\"\\u00e9\"}", "{\"\xC3\xA9\":\"\xC3\xA9\"}"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const String printed = JSONItem(bytesOf(c.text)).ToString();
-        EXPECT_EQ(std::string(printed.bytes()), c.printed);
+    for (const auto& [text, expected] : cases) {
+        const String printed = JSONItem(bytesOf(text)).ToString();
+        EXPECT_EQ(std::string(printed.bytes()), expected);
         EXPECT_EQ(JSONItem(printed).ToString(), printed);
     }
 }
@@ -242,26 +175,13 @@ TEST(JSONParser, load_keepsTheLoadersFlagAndSettings) {
     EXPECT_TRUE(object->HasName("kept"));
 }
 
-TEST(JSONParser, blankText_givesAnEmptyItemWithoutParsing) {
-    for (const char* text : {"", " ", "\t\r\n ", "\f"}) {
-        SCOPED_TRACE(text);
-        const JSONItem item{String(text)};
-        EXPECT_EQ(item.Count(), 0);
-        EXPECT_FALSE(item.IsArray());
-    }
-    ExpectJSONFailure([] { JSONItem item(String(" x ")); }, 1,
-                      "Parse Error: Expecting '{' or '[' at position 1");
-}
-
 TEST(JSONParser, deepNesting_parsesUpToTheGuardAndRefusesBeyond) {
     const int guard = static_cast<int>(JSONItem::MaxDepth);
     for (const auto& [open, close] : {std::pair{"[", "]"}, std::pair{"{\"a\":", "}"}}) {
         SCOPED_TRACE(open);
         const std::string deepest = nested(guard - 1, open, "[1]", close);
-        const JSONItem item(bytesOf(deepest));
-        EXPECT_EQ(depthOf(item), guard);
         // The printer's limit is the parser's: what one takes, the other gives back.
-        EXPECT_EQ(std::string(item.ToString().bytes()), deepest);
+        EXPECT_EQ(textOf(JSONItem(bytesOf(deepest))), deepest);
         EXPECT_THROW(JSONItem(bytesOf(nested(guard, open, "[1]", close))), StackOverflowException);
         EXPECT_THROW(JSONItem(bytesOf(nested(guard, open, "[]", close))), StackOverflowException);
     }

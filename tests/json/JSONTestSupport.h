@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 
 #include "json/JSONException.h"
+#include "json/JSONItem.h"
 
 namespace vx {
 
@@ -20,6 +22,30 @@ inline void ExpectJSONFailure(const std::function<void()>& action, int64_t numbe
         EXPECT_EQ(failure.ErrorNumber, number) << message;
         EXPECT_EQ(std::string(failure.Message.bytes()), message);
     }
+}
+
+inline Ref<JSONItem> arrayOf(std::initializer_list<Variant> values) {
+    auto item = New<JSONItem>();
+    for (const Variant& value : values) {
+        item->Append(value);
+    }
+    return item;
+}
+
+inline std::string textOf(const JSONItem& item) {
+    return std::string(item.ToString().bytes());
+}
+
+// depth copies of open, then inner, then depth copies of close.
+inline std::string nested(int64_t depth, const std::string& open, const std::string& inner,
+                          const std::string& close) {
+    std::string head;
+    std::string tail;
+    for (int64_t i = 0; i < depth; ++i) {
+        head += open;
+        tail += close;
+    }
+    return head + inner + tail;
 }
 
 }  // namespace vx
