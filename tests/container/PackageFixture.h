@@ -1,0 +1,166 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "container/LogReceiver.h"
+#include "container/vxPacker.h"
+#include "container/vxpkFile.h"
+#include "support/RecordingUIServices.h"
+#include "support/ScratchFolder.h"
+
+// Shared ground of the package tests: a package encoder written apart from the
+// code under test, a snapshot of trees on disk, and a fixture that records
+// what the user saw and keeps extractions in a temporary folder of their own.
+namespace vx::test {
+
+// One item record of a package. Its length and contents are written as
+// given, even when they disagree, so that tests can make broken packages.
+struct PackageRecord {
+    std::string name;
+    std::string parent;
+    int8_t type = 0;
+    int32_t length = 0;
+    std::string contents;
+};
+
+inline std::string EncodeString(const std::string& text) {
+    return static_cast<char>(text.size()) + text;
+}
+
+inline std::string EncodeRecord(const PackageRecord& record) {
+    const auto bits = static_cast<uint32_t>(record.length);
+    return EncodeString(record.name) + EncodeString(record.parent) +
+           static_cast<char>(record.type) + static_cast<char>(bits >> 24) +
+           static_cast<char>(bits >> 16) + static_cast<char>(bits >> 8) + static_cast<char>(bits) +
+           record.contents;
+}
+
+// The header of "V001" and the given strings, then the records.
+inline std::string EncodePackage(const std::vector<PackageRecord>& records,
+                                 const std::string& name = "Demo", const std::string& uid = "demo1",
+                                 const std::string& folderName = "site") {
+    std::string bytes =
+        EncodeString("V001") + EncodeString(name) + EncodeString(uid) + EncodeString(folderName);
+    for (const auto& record : records) {
+        bytes += EncodeRecord(record);
+    }
+    return bytes;
+}
+
+// Records whose fields agree: a file's length is that of its contents.
+inline PackageRecord FileRecord(const std::string& name, const std::string& contents,
+                                const std::string& parent = "") {
+    return {name, parent, 1, static_cast<int32_t>(contents.size()), contents};
+}
+inline PackageRecord FolderRecord(const std::string& name, const std::string& parent = "") {
+    return {name, parent, 2, 0, ""};
+}
+
+// A tree as a map from the path below its root to "/" for a folder or "="
+// and the bytes for a file; leaveOutHidden drops names beginning with "." or
+// "_" and all they hold.
+using Tree = std::map<std::string, std::string>;
+inline Tree SnapshotTree(const std::string& root, bool leaveOutHidden = false) {
+    namespace fs = std::filesystem;
+    Tree tree;
+    for (auto it = fs::recursive_directory_iterator(root); it != fs::recursive_directory_iterator();
+         ++it) {
+        const std::string name = it->path().filename().string();
+        if (leaveOutHidden && (name.front() == '.' || name.front() == '_')) {
+            it.disable_recursion_pending();
+            continue;
+        }
+        std::ifstream in(it->path(), std::ios::binary);
+        tree[fs::relative(it->path(), root).string()] =
+            it->is_directory() ? "/" : "=" + std::string(std::istreambuf_iterator<char>(in), {});
+    }
+    return tree;
+}
+
+inline std::string ByteRange(int first, int last) {
+    std::string bytes;
+    for (int b = first; b <= last; ++b) {
+        bytes += static_cast<char>(b);
+    }
+    return bytes;
+}
+
+class RecordingLog : public LogReceiver {
+public:
+    void log(const String& text) override { lines.emplace_back(text.bytes()); }
+    std::vector<std::string> lines;
+};
+
+class PackageFixture : public ::testing::Test {
+protected:
+    // Points the packer at the folder site, the package out.vxpk, "Demo",
+    // "demo1" and the log, and the temporary folder at a folder of the test.
+    void SetUp() override {
+        vxPacker::bs = nullptr;
+        vxPacker::folder = scratch.item("site");
+        vxPacker::target = scratch.item("out.vxpk");
+        vxPacker::name = "Demo";
+        vxPacker::uid = "demo1";
+        vxPacker::owner = log;
+        ::setenv("TMPDIR", temporary.c_str(), 1);
+    }
+    void TearDown() override {
+        vxPacker::bs = nullptr;
+        vxPacker::folder = nullptr;
+        vxPacker::target = nullptr;
+        vxPacker::owner = nullptr;
+        ::setenv("TMPDIR", originalTemporary.c_str(), 1);
+    }
+
+    // Writes the bytes as the package file in.vxpk and opens it.
+    Ref<vxpkFile> openPackage(const std::string& bytes) {
+        scratch.writeFile("in.vxpk", bytes);
+        return vxpkFile::open(scratch.item("in.vxpk"));
+    }
+    // The one extraction folder; fails the test when there is not exactly one.
+    std::string extractionFolder() const {
+        std::vector<std::string> folders;
+        for (const auto& entry : std::filesystem::directory_iterator(temporary)) {
+            folders.push_back(entry.path().string());
+        }
+        EXPECT_EQ(folders.size(), 1u);
+        return folders.empty() ? temporary + "/missing" : folders.front();
+    }
+    // Empties the temporary folder and forgets what the user saw.
+    void clearTemporary() {
+        for (const auto& entry : std::filesystem::directory_iterator(temporary)) {
+            std::filesystem::remove_all(entry.path());
+        }
+        ui.messages.clear();
+        log->lines.clear();
+    }
+    // What the user saw: the log lines, then "MsgBox " and each message, one a line.
+    std::string outcome() const {
+        std::string text;
+        for (const auto& line : log->lines) {
+            text += line + "\n";
+        }
+        for (const auto& message : ui.messages) {
+            text += "MsgBox " + std::string(message.bytes()) + "\n";
+        }
+        return text;
+    }
+
+    const std::string originalTemporary = std::filesystem::temp_directory_path().string();
+    ScratchFolder scratch;
+    const std::string temporary = scratch.makeFolder("tmp");
+    RecordingUIServices ui;
+    InstalledUIServices installed{ui};
+    Ref<RecordingLog> log = New<RecordingLog>();
+};
+
+}  // namespace vx::test
