@@ -10,6 +10,7 @@
 #include "app/frmMain.h"
 #include "runtime/ui/FileTypeRegistry.h"
 #include "runtime/ui/RuntimeLifecycle.h"
+#include "support/RecordingUIServices.h"
 #include "support/ToolkitEnvironment.h"
 
 namespace vx {
@@ -22,7 +23,6 @@ TEST(Startup, earlyStartup_registersTypesAppAndHandlersButNoWindow) {
     EXPECT_TRUE(_IsFileTypeRegistered("Any"));
     Ref<App> app = App::_Instance();
     ASSERT_NE(app, nullptr);
-    EXPECT_EQ(app->MenuBar(), MainMenuBar::_Instance());
     EXPECT_TRUE(app->_HasMenuHandler("mnuNewBuild"));
     EXPECT_TRUE(app->_HasMenuHandler("mnuExtract"));
     EXPECT_TRUE(_OpenWindows().empty());
@@ -44,7 +44,6 @@ TEST(Startup, lateStartup_opensTheDefaultWindowBySettingsAlone) {
     EXPECT_EQ(window->Title(), "Build");
     EXPECT_EQ(window->Width(), 600);
     EXPECT_EQ(window->Height(), 600);
-    EXPECT_EQ(window->MenuBar(), MainMenuBar::_Instance());
 }
 
 TEST(Startup, mainRunsToTheLoopAndQuit_finalizersTakeEverythingDown) {
@@ -83,12 +82,13 @@ TEST(Startup, failureInAHandler_reachesTheReportAndTheAppGoesOn) {
     EXPECT_EQ(_OpenWindows().size(), 2u) << "the next command still works";
 }
 
-TEST(NewBuild, eachCommand_opensAFreshWindowAndLeavesTheOthers) {
+TEST(NewBuild, menuAndShortcut_eachOpenAFreshWindowAndLeaveTheOthers) {
     test::StartApplication();
     Ref<Window> first = _OpenWindows().at(0);
     first->Title("changed by the user");
+    ASSERT_TRUE(test::ShowActive(first->_Widget()));
 
-    test::Choose("mnuNewBuild");
+    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
     test::Choose("mnuNewBuild");
 
     std::vector<Ref<Window>> windows = _OpenWindows();
@@ -102,29 +102,21 @@ TEST(NewBuild, eachCommand_opensAFreshWindowAndLeavesTheOthers) {
     }
 }
 
-TEST(NewBuild, allWindowsClosed_commandStillOpensOne) {
+TEST(FileMenu, allWindowsClosed_bothCommandsStillWork) {
     test::StartApplication();
     for (const Ref<Window>& window : _OpenWindows()) {
         window->Close();
     }
     ASSERT_TRUE(_OpenWindows().empty());
-    EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuNewBuild")->Enabled());
+    test::RecordingUIServices ui;
+    test::InstalledUIServices installed(ui);
 
+    test::Choose("mnuExtract");
     test::Choose("mnuNewBuild");
 
+    EXPECT_EQ(ui.openRequests.size(), 1u) << "Extract still asks for a package";
     ASSERT_EQ(_OpenWindows().size(), 1u);
     EXPECT_TRUE(_OpenWindows()[0]->_Widget()->isVisible());
-}
-
-TEST(NewBuild, commandShortcutTwice_opensTwoWindows) {
-    test::StartApplication();
-    Ref<Window> first = _OpenWindows().at(0);
-    ASSERT_TRUE(test::ShowActive(first->_Widget()));
-
-    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
-    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
-
-    EXPECT_EQ(_OpenWindows().size(), 3u);
 }
 
 }  // namespace
