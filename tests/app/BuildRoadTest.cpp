@@ -66,14 +66,19 @@ protected:
         ASSERT_EQ(window->PagePanel1()->Value(), 1);
     }
 
-    std::string ExpectedPackage(const std::string& name, const std::string& uid) {
-        const std::string description = test::PackageDescriptionText(name, uid);
-        return test::EncodeHeader("V001", name, uid, "site") +
+    static std::string Description() {
+        return test::PackageDescriptionText("Demo", "com.example.demo");
+    }
+    static std::string DescriptionRecord() {
+        return test::EncodeRecord(
+            {"package.json", "", 1, static_cast<int32_t>(Description().size()), Description()});
+    }
+
+    static std::string ExpectedPackage() {
+        return test::EncodeHeader("V001", "Demo", "com.example.demo", "site") +
                test::EncodeRecord({"index.html", "", 1, 9, "<p>hi</p>"}) +
                test::EncodeRecord({"js", "", 2, 0, ""}) +
-               test::EncodeRecord({"app.js", "js", 1, 3, "x=1"}) +
-               test::EncodeRecord(
-                   {"package.json", "", 1, static_cast<int32_t>(description.size()), description});
+               test::EncodeRecord({"app.js", "js", 1, 3, "x=1"}) + DescriptionRecord();
     }
 
     // The lines every build starts with, once it knows its source and target.
@@ -92,15 +97,24 @@ protected:
     Ref<FolderItem> package;
 };
 
-TEST_F(BuildRoad, buildTwice_writesDescriptionAndPackageEachTimeAndLogsEveryStep) {
+TEST_F(BuildRoad, buildTwice_showsTheLogAsItGoesAndWritesTheSameFilesEachTime) {
     ComeToTheBuildPage(wizard);
-    const std::string description = test::PackageDescriptionText("Demo", "com.example.demo");
+    auto* shown = static_cast<QPlainTextEdit*>(wizard->txtLog()->_Widget());
+    std::vector<std::string> seen;
+    ui.onBackgroundTask = [&] {
+        QCoreApplication::processEvents();
+        seen.push_back(shown->toPlainText().toStdString());
+    };
 
     wizard->cmdBuild()->Push();
 
-    EXPECT_EQ(scratch.readFile("site/package.json"), description);
-    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage("Demo", "com.example.demo"));
+    EXPECT_EQ(scratch.readFile("site/package.json"), Description());
+    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage());
     EXPECT_EQ(LogOf(wizard), ExpectedLog());
+    // The packer yields after each entry, so the first entry's line is on
+    // the screen while the build is still going.
+    EXPECT_THAT(seen, ::testing::Contains("Created file package.json\n" + Opening("out/demo.vxpk") +
+                                          "Copying: index.html\n"));
     EXPECT_TRUE(ui.messages.empty());
     // Nothing after the build touches the labels or the button.
     EXPECT_EQ(wizard->lblBuilding()->Text(), "Building your app...");
@@ -114,25 +128,8 @@ TEST_F(BuildRoad, buildTwice_writesDescriptionAndPackageEachTimeAndLogsEveryStep
     wizard->cmdBuild()->Push();
 
     EXPECT_EQ(LogOf(wizard), ExpectedLog() + ExpectedLog());
-    EXPECT_EQ(scratch.readFile("site/package.json"), description);
-    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage("Demo", "com.example.demo"));
-}
-
-TEST_F(BuildRoad, duringTheBuild_eachYieldShowsTheLinesSoFar) {
-    ComeToTheBuildPage(wizard);
-    auto* shown = static_cast<QPlainTextEdit*>(wizard->txtLog()->_Widget());
-    std::vector<std::string> seen;
-    ui.onBackgroundTask = [&] {
-        QCoreApplication::processEvents();
-        seen.push_back(shown->toPlainText().toStdString());
-    };
-
-    wizard->cmdBuild()->Push();
-
-    // The packer yields after each entry, so the first entry's line is on
-    // the screen while the build is still going.
-    EXPECT_THAT(seen, ::testing::Contains("Created file package.json\n" + Opening("out/demo.vxpk") +
-                                          "Copying: index.html\n"));
+    EXPECT_EQ(scratch.readFile("site/package.json"), Description());
+    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage());
 }
 
 TEST_F(BuildRoad, descriptionThatCannotBeWritten_saysSoAndTheBuildGoesOn) {
@@ -176,12 +173,9 @@ TEST_F(BuildRoad, secondWindowChoosesOtherPaths_firstWindowBuildsThemUnderItsOwn
     // ...but packed what the second one chose, with its own name and log.
     EXPECT_FALSE(scratch.item("out/demo.vxpk")->Exists());
     EXPECT_FALSE(scratch.item("site/package.json")->Exists());
-    const std::string description = test::PackageDescriptionText("Demo", "com.example.demo");
     EXPECT_EQ(scratch.readFile("out/second.vxpk"),
               test::EncodeHeader("V001", "Demo", "com.example.demo", "other") +
-                  test::EncodeRecord({"package.json", "", 1,
-                                      static_cast<int32_t>(description.size()), description}) +
-                  test::EncodeRecord({"readme.txt", "", 1, 5, "other"}));
+                  DescriptionRecord() + test::EncodeRecord({"readme.txt", "", 1, 5, "other"}));
     EXPECT_NE(LogOf(wizard).find("BUILD DONE...\n"), std::string::npos);
     EXPECT_EQ(LogOf(second), "");
 }
@@ -200,18 +194,23 @@ TEST_F(BuildRoad, extractOfABuiltPackage_restoresTheTreeAndLaunchesItsFolder) {
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_EQ(ReadAt(folder / "index.html"), "<p>hi</p>");
     EXPECT_EQ(ReadAt(folder / "js" / "app.js"), "x=1");
-    EXPECT_EQ(ReadAt(folder / "package.json"),
-              test::PackageDescriptionText("Demo", "com.example.demo"));
+    EXPECT_EQ(ReadAt(folder / "package.json"), Description());
     EXPECT_FALSE(fs::exists(folder / ".git"));
     EXPECT_FALSE(fs::exists(folder / "_notes.txt"));
 }
 
-TEST_F(BuildRoad, extractOfAnotherVersion_launchesNothingAndSaysNothing) {
+TEST_F(BuildRoad, extractCancelledOrOfAnotherVersion_launchesNothingAndSaysNothing) {
     scratch.writeFile("future.vxpk", test::EncodeHeader("V002", "Demo", "demo1", "site"));
+    ui.openDialogAnswers.push_back(nullptr);
     ui.openDialogAnswers.push_back(scratch.item("future.vxpk"));
 
     EXPECT_TRUE(App::_Instance()->_mnuExtract_Action());
+    EXPECT_TRUE(App::_Instance()->_mnuExtract_Action());
 
+    ASSERT_EQ(ui.openRequests.size(), 2u);
+    EXPECT_EQ(ui.openRequests[0].promptText, "Enter a filename");
+    EXPECT_EQ(ui.openRequests[0].title, "Open App file");
+    EXPECT_EQ(ui.openRequests[0].filter, "vxpk");
     EXPECT_TRUE(ui.launchedPaths.empty());
     EXPECT_TRUE(ui.messages.empty());
 }

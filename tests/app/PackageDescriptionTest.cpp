@@ -99,8 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
                       WriteCase{"shorterOldFile", "{}", "{\n  \"a\":1\n}"},
                       // More bytes than characters: the write runs past the cut.
                       WriteCase{"nonAsciiOverLongerFile", std::string(40, 'x'),
-                                "{\"name\":\"Caf\xC3\xA9 \xE2\x82\xAC\"}"},
-                      WriteCase{"nonAsciiNewFile", "", "\xC3\xA9\xC3\xA9\xC3\xA9"}),
+                                "{\"name\":\"Caf\xC3\xA9 \xE2\x82\xAC\"}"}),
     test::CaseName);
 
 TEST(PackageDescription, fileThatCanNeitherBeOpenedNorMade_givesFalse) {

@@ -16,7 +16,7 @@
 namespace vx {
 namespace {
 
-TEST(Startup, earlyStartup_registersTypesAppAndHandlersButNoWindow) {
+TEST(Startup, earlyThenLate_typesAppAndHandlersComeBeforeTheDefaultWindow) {
     _EarlyStartup();
 
     EXPECT_TRUE(_IsFileTypeRegistered("Vantrelix App"));
@@ -29,10 +29,9 @@ TEST(Startup, earlyStartup_registersTypesAppAndHandlersButNoWindow) {
     // With the handlers in place, both commands are ready before any window.
     EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuNewBuild")->Enabled());
     EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuExtract")->Enabled());
-}
 
-TEST(Startup, lateStartup_opensTheDefaultWindowBySettingsAlone) {
-    test::StartApplication();
+    // The default window opens afterwards, by its settings alone.
+    _RunFrameworkInitialization(_LateStartup);
 
     std::vector<Ref<Window>> windows = _OpenWindows();
     ASSERT_EQ(windows.size(), 1u);
@@ -82,7 +81,7 @@ TEST(Startup, failureInAHandler_reachesTheReportAndTheAppGoesOn) {
     EXPECT_EQ(_OpenWindows().size(), 2u) << "the next command still works";
 }
 
-TEST(NewBuild, menuAndShortcut_eachOpenAFreshWindowAndLeaveTheOthers) {
+TEST(FileMenu, newBuildByMenuOrShortcut_opensFreshWindowsAndBothCommandsOutliveThem) {
     test::StartApplication();
     Ref<Window> first = _OpenWindows().at(0);
     first->Title("changed by the user");
@@ -100,23 +99,26 @@ TEST(NewBuild, menuAndShortcut_eachOpenAFreshWindowAndLeaveTheOthers) {
         EXPECT_EQ(windows[i]->Title(), "Build") << "a new window starts from its defaults";
         EXPECT_TRUE(windows[i]->_Widget()->isVisible());
     }
-}
 
-TEST(FileMenu, allWindowsClosed_bothCommandsStillWork) {
-    test::StartApplication();
-    for (const Ref<Window>& window : _OpenWindows()) {
+    // With every window closed both commands still work.
+    for (const Ref<Window>& window : windows) {
         window->Close();
     }
     ASSERT_TRUE(_OpenWindows().empty());
     test::RecordingUIServices ui;
     test::InstalledUIServices installed(ui);
-
     test::Choose("mnuExtract");
     test::Choose("mnuNewBuild");
-
     EXPECT_EQ(ui.openRequests.size(), 1u) << "Extract still asks for a package";
     ASSERT_EQ(_OpenWindows().size(), 1u);
     EXPECT_TRUE(_OpenWindows()[0]->_Widget()->isVisible());
+}
+
+TEST(App, accessor_checksTheClassOfTheApplicationObject) {
+    _RuntimeRegisterAppObject(New<Application>());
+    EXPECT_THROW(App::_Instance(), IllegalCastException);
+    _RuntimeRegisterAppObject(nullptr);
+    EXPECT_EQ(App::_Instance(), nullptr);
 }
 
 }  // namespace

@@ -20,8 +20,8 @@ using test::WizardTest;
 
 // The steps a user takes on the wizard, one letter each: F browses for the
 // folder and f cancels that dialog, P browses for the package file and p
-// cancels, C continues, H presses help, n clears the name, m clears the main
-// file, t types into the title.
+// cancels, C continues, H presses help, n clears the name, u the uid and m the
+// main file, t types into the title.
 struct StateCase {
     const char* name;
     const char* steps;
@@ -29,38 +29,37 @@ struct StateCase {
     int64_t lastPanel;
     bool buildEnabled;
     int64_t beeps;
+    const char* focused;  // the field with the focus at the end; "" when no matter
 };
 using test::PrintTo;
 
 class WizardStates : public WizardTest, public ::testing::WithParamInterface<StateCase> {
 protected:
+    // clang-format off
     void Take(char step) {
         switch (step) {
-            case 'F':
-                return BrowseFolder(wizard, scratch.item(scratch.makeFolder("site")));
-            case 'f':
-                return BrowseFolder(wizard, nullptr);
-            case 'P':
-                return BrowseFile(wizard, scratch.item("out.vxpk"));
-            case 'p':
-                return BrowseFile(wizard, nullptr);
-            case 'C':
-                return wizard->cmdNEXT()->Push();
-            case 'H':
-                return wizard->cmdHelp()->Push();
-            case 'n':
-                return wizard->txtName()->Text("");
-            case 'm':
-                return wizard->txtMain()->Text("");
-            case 't':
-                wizard->txtTitle()->Text("");
-                return QTest::keyClicks(wizard->txtTitle()->_Widget(), "x");
+            case 'F': return BrowseFolder(wizard, scratch.item(scratch.makeFolder("site")));
+            case 'f': return BrowseFolder(wizard, nullptr);
+            case 'P': return BrowseFile(wizard, scratch.item("out.vxpk"));
+            case 'p': return BrowseFile(wizard, nullptr);
+            case 'C': return wizard->cmdNEXT()->Push();
+            case 'H': return wizard->cmdHelp()->Push();
+            case 'n': return wizard->txtName()->Text("");
+            case 'u': return wizard->txtUID()->Text("");
+            case 'm': return wizard->txtMain()->Text("");
+            case 't': wizard->txtTitle()->Text("");
+                      return QTest::keyClicks(wizard->txtTitle()->_Widget(), "x");
         }
         FAIL() << "unknown step " << step;
     }
+    // clang-format on
 };
 
+// A failed check beeps once and moves the focus only to a field the user types
+// into, never to a path chosen by browsing.
 TEST_P(WizardStates, stepsFromANewWindow_endInTheExpectedState) {
+    ASSERT_TRUE(test::ShowActive(wizard->_Widget()));
+    wizard->txtVersion()->SetFocus();
     for (const char* step = GetParam().steps; *step != '\0'; ++step) {
         Take(*step);
     }
@@ -68,95 +67,43 @@ TEST_P(WizardStates, stepsFromANewWindow_endInTheExpectedState) {
     EXPECT_EQ(wizard->lastPanel, GetParam().lastPanel);
     EXPECT_EQ(wizard->cmdBuild()->Enabled(), GetParam().buildEnabled);
     EXPECT_EQ(ui.beeps, GetParam().beeps);
+    EXPECT_TRUE(ui.messages.empty());
+    if (*GetParam().focused != '\0') {
+        ASSERT_NE(QApplication::focusWidget(), nullptr);
+        EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), GetParam().focused);
+    }
 }
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(
     frmMain, WizardStates,
     ::testing::Values(
-        //        name                                   steps     page last  build  beeps
-        StateCase{"opened",                               "",       0, 0, false, 0},
-        StateCase{"aboutFromSettings",                    "H",      2, 0, false, 0},
-        StateCase{"aboutAndBackToSettings",               "HH",     0, 0, false, 0},
-        StateCase{"continueWithNothingChosen",            "C",      0, 0, false, 1},
-        StateCase{"folderChosen",                         "F",      0, 0, true,  0},
-        StateCase{"fileChosen",                           "P",      0, 0, true,  0},
-        StateCase{"folderCancelledWithEmptyPath",         "Pf",     0, 0, false, 0},
-        StateCase{"folderCancelledWithPathSet",           "Ff",     0, 0, true,  0},
-        StateCase{"fileCancelledWithPathSet",             "Pnp",    0, 0, false, 0},
-        StateCase{"onlyFolderThenContinue",               "FC",     0, 0, true,  1},
-        StateCase{"bothChosenThenContinue",               "FPC",    1, 0, true,  0},
-        StateCase{"aboutFromBuild",                       "FPCH",   2, 1, true,  0},
-        StateCase{"aboutAndBackToBuild",                  "FPCHH",  1, 1, true,  0},
-        StateCase{"aboutFromSettingsAfterBuildPageVisit", "FPCHHH", 2, 1, true,  0},
+        //        name                                   steps   page last build beeps focused
+        StateCase{"aboutFromSettings",                    "H",      2, 0, false, 0, ""},
+        StateCase{"aboutAndBackToSettings",               "HH",     0, 0, false, 0, ""},
+        StateCase{"continueWithNothingChosen",            "C",      0, 0, false, 1, "txtVersion"},
+        StateCase{"fileChosen",                           "P",      0, 0, true,  0, "txtVersion"},
+        StateCase{"folderCancelledWithEmptyPath",         "Pf",     0, 0, false, 0, "txtVersion"},
+        StateCase{"folderCancelledWithPathSet",           "Ff",     0, 0, true,  0, "txtVersion"},
+        StateCase{"fileCancelledWithPathSet",             "Pnp",    0, 0, false, 0, "txtVersion"},
+        StateCase{"onlyFolderThenContinue",               "FC",     0, 0, true,  1, "txtVersion"},
+        StateCase{"onlyFileThenContinue",                 "PC",     0, 0, true,  1, "txtVersion"},
+        StateCase{"noUIDThenContinue",                    "FPuC",   0, 0, false, 1, "txtUID"},
+        StateCase{"neitherNameNorUIDThenContinue",        "FPnuC",  0, 0, false, 1, "txtName"},
+        StateCase{"bothChosenThenContinue",               "FPC",    1, 0, true,  0, ""},
+        StateCase{"aboutFromBuild",                       "FPCH",   2, 1, true,  0, ""},
+        StateCase{"aboutAndBackToBuild",                  "FPCHH",  1, 1, true,  0, ""},
+        StateCase{"aboutFromSettingsAfterBuildPageVisit", "FPCHHH", 2, 1, true,  0, ""},
         // Clearing the main file disables Build and Continue still goes on:
         // a build page whose only button is dead.
-        StateCase{"deadEndAfterClearingMain",             "FPmC",   1, 0, false, 0},
-        StateCase{"clearedNameDisablesBuild",             "FPn",    0, 0, false, 0},
-        StateCase{"typingInTitleEnablesBuildAgain",       "FPnt",   0, 0, true,  0},
-        StateCase{"continueStillRefusesAnEmptyName",      "FPntC",  0, 0, true,  1}),
+        StateCase{"deadEndAfterClearingMain",             "FPmC",   1, 0, false, 0, ""},
+        StateCase{"clearedNameDisablesBuild",             "FPn",    0, 0, false, 0, "txtVersion"},
+        StateCase{"typingInTitleEnablesBuildAgain",       "FPnt",   0, 0, true,  0, "txtVersion"},
+        StateCase{"continueStillRefusesAnEmptyName",      "FPntC",  0, 0, true,  1, "txtName"}),
     test::CaseName);
 // clang-format on
 
-struct CheckCase {
-    const char* name;
-    bool folderChosen;
-    bool fileChosen;
-    const char* appName;
-    const char* uid;
-    const char* focusedAfter;  // the field that has the focus after the beep
-};
-
-class ContinueChecks : public WizardTest, public ::testing::WithParamInterface<CheckCase> {};
-
-TEST_P(ContinueChecks, failingCheck_beepsOnceAndMovesFocusOnlyToTypedFields) {
-    const CheckCase& c = GetParam();
-    if (c.folderChosen) {
-        BrowseFolder(wizard, scratch.item(scratch.makeFolder("site")));
-    }
-    if (c.fileChosen) {
-        BrowseFile(wizard, scratch.item("out.vxpk"));
-    }
-    wizard->txtName()->Text(c.appName);
-    wizard->txtUID()->Text(c.uid);
-    ASSERT_TRUE(test::ShowActive(wizard->_Widget()));
-    wizard->txtVersion()->SetFocus();
-
-    wizard->cmdNEXT()->Push();
-
-    EXPECT_EQ(ui.beeps, 1);
-    EXPECT_TRUE(ui.messages.empty());
-    EXPECT_EQ(wizard->PagePanel1()->Value(), 0);
-    ASSERT_NE(QApplication::focusWidget(), nullptr);
-    EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), c.focusedAfter);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    frmMain, ContinueChecks,
-    ::testing::Values(CheckCase{"noFolder", false, true, "My App", "a.b.c", "txtVersion"},
-                      CheckCase{"noFile", true, false, "My App", "a.b.c", "txtVersion"},
-                      CheckCase{"noName", true, true, "", "a.b.c", "txtName"},
-                      CheckCase{"noUID", true, true, "My App", "", "txtUID"},
-                      CheckCase{"neitherNameNorUID", true, true, "", "", "txtName"}),
-    test::CaseName);
-
-TEST_F(WizardTest, continueWithEverythingFilled_setsThePackerAndTheLabels) {
-    BrowseFolder(wizard, scratch.item(scratch.makeFolder("site")));
-    BrowseFile(wizard, scratch.item("out.vxpk"));
-    // A single blank counts as a name.
-    wizard->txtName()->Text(" ");
-
-    wizard->cmdNEXT()->Push();
-
-    EXPECT_EQ(ui.beeps, 0);
-    EXPECT_EQ(wizard->PagePanel1()->Value(), 1);
-    EXPECT_EQ(vxPacker::name, " ");
-    EXPECT_EQ(vxPacker::uid, "com.example.myapp");
-    EXPECT_EQ(wizard->lblBuilding()->Text(), "Ready to build your app...");
-    EXPECT_EQ(wizard->lblMsg()->Text(), "...");
-}
-
-TEST_F(WizardTest, browse_offersTheTypeAndANameMadeFromTxtNameAtThatMoment) {
+TEST_F(WizardTest, browseThenContinue_offerTheTypeAndANameAndFillThePacker) {
     const Ref<FolderItem> site = scratch.item(scratch.makeFolder("site"));
     BrowseFolder(wizard, site);
     wizard->txtName()->Text(" ");
@@ -169,23 +116,25 @@ TEST_F(WizardTest, browse_offersTheTypeAndANameMadeFromTxtNameAtThatMoment) {
     EXPECT_EQ(wizard->txtPathFile()->Text().bytes(), scratch.path("out.vxpk"));
     ASSERT_EQ(ui.saveRequests.size(), 2u);
     EXPECT_EQ(ui.saveRequests[0].filter, "Vantrelix App");
+    // The offered name is made from txtName at the moment of browsing.
     EXPECT_EQ(ui.saveRequests[0].defaultName, " .vxpk");
     EXPECT_EQ(ui.saveRequests[1].defaultName, ".vxpk");
     // The cancelled second dialog left the chosen file in place.
     EXPECT_EQ(vxPacker::target->NativePath().bytes(), scratch.path("out.vxpk"));
+
+    // A single blank counts as a name.
+    wizard->txtName()->Text(" ");
+    wizard->cmdNEXT()->Push();
+
+    EXPECT_EQ(ui.beeps, 0);
+    EXPECT_EQ(wizard->PagePanel1()->Value(), 1);
+    EXPECT_EQ(vxPacker::name, " ");
+    EXPECT_EQ(vxPacker::uid, "com.example.myapp");
+    EXPECT_EQ(wizard->lblBuilding()->Text(), "Ready to build your app...");
+    EXPECT_EQ(wizard->lblMsg()->Text(), "...");
 }
 
-TEST_F(WizardTest, controls_areCreatedInTheirOrderWithTheirIrregularitiesKept) {
-    std::string names;
-    for (const Ref<Control>& control : wizard->_Controls()) {
-        names += std::string(control->Name().bytes()) + " ";
-    }
-    EXPECT_EQ(names,
-              "PagePanel1 cmdSelectAppFolder txtPath txtUID Label1 Label2 Label3 lblBuilding "
-              "lblMsg cmdBuild cmdNEXT cmdSelectAppFile txtPathFile Label4 txtLog Label6 txtHelp "
-              "txtName Canvas1 opJSON Label7 txtWidth Label8 txtHeight Label9 txtTitle Label10 "
-              "txtMain Label11 txtVersion Label12 txtCompany Label5 cmdHelp ");
-
+TEST_F(WizardTest, controls_keepTheirIrregularities) {
     EXPECT_EQ(wizard->Label8()->HelpTag(), "Initial window width");
     EXPECT_EQ(wizard->txtTitle()->Left(), 219);
     EXPECT_EQ(wizard->txtTitle()->Top(), wizard->Label9()->Top());
