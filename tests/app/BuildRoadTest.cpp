@@ -57,13 +57,13 @@ protected:
     }
 
     // Fills the settings page, browses twice and continues, as a user does.
-    void ComeToTheBuildPage(const Ref<frmMain>& window) {
-        window->txtName()->Text("Demo");
-        window->txtUID()->Text("com.example.demo");
-        BrowseFolder(window, site);
-        BrowseFile(window, package);
-        window->cmdNEXT()->Push();
-        ASSERT_EQ(window->PagePanel1()->Value(), 1);
+    void ComeToTheBuildPage() {
+        wizard->txtName()->Text("Demo");
+        wizard->txtUID()->Text("com.example.demo");
+        BrowseFolder(wizard, site);
+        BrowseFile(wizard, package);
+        wizard->cmdNEXT()->Push();
+        ASSERT_EQ(wizard->PagePanel1()->Value(), 1);
     }
 
     static std::string Description() {
@@ -98,7 +98,7 @@ protected:
 };
 
 TEST_F(BuildRoad, buildTwice_showsTheLogAsItGoesAndWritesTheSameFilesEachTime) {
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
     auto* shown = static_cast<QPlainTextEdit*>(wizard->txtLog()->_Widget());
     std::vector<std::string> seen;
     ui.onBackgroundTask = [&] {
@@ -133,7 +133,7 @@ TEST_F(BuildRoad, buildTwice_showsTheLogAsItGoesAndWritesTheSameFilesEachTime) {
 }
 
 TEST_F(BuildRoad, descriptionThatCannotBeWritten_saysSoAndTheBuildGoesOn) {
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
     // A folder where the file should go: it can be neither opened nor made.
     scratch.makeFolder("site/package.json");
 
@@ -149,7 +149,7 @@ TEST_F(BuildRoad, descriptionThatCannotBeWritten_saysSoAndTheBuildGoesOn) {
 
 TEST_F(BuildRoad, packageThatCannotBeCreated_endsInThePackersMessage) {
     package = scratch.item("missing/demo.vxpk");
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
 
     wizard->cmdBuild()->Push();
 
@@ -159,7 +159,7 @@ TEST_F(BuildRoad, packageThatCannotBeCreated_endsInThePackersMessage) {
 }
 
 TEST_F(BuildRoad, secondWindowChoosesOtherPaths_firstWindowBuildsThemUnderItsOwnName) {
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
     scratch.writeFile("other/readme.txt", "other");
     Ref<frmMain> second = OpenWizard();
     second->txtName()->Text("Second");
@@ -181,7 +181,7 @@ TEST_F(BuildRoad, secondWindowChoosesOtherPaths_firstWindowBuildsThemUnderItsOwn
 }
 
 TEST_F(BuildRoad, extractOfABuiltPackage_restoresTheTreeAndLaunchesItsFolder) {
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
     wizard->cmdBuild()->Push();
     ui.openDialogAnswers.push_back(package);
 

@@ -4,9 +4,7 @@
 #include <QImage>
 #include <QTest>
 #include <QWidget>
-#include <ostream>
 #include <string>
-#include <vector>
 
 #include "NamedCase.h"
 #include "WizardHarness.h"
