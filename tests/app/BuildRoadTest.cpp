@@ -195,8 +195,6 @@ TEST_F(BuildRoad, extractOfABuiltPackage_restoresTheTreeAndLaunchesItsFolder) {
     EXPECT_EQ(ReadAt(folder / "index.html"), "<p>hi</p>");
     EXPECT_EQ(ReadAt(folder / "js" / "app.js"), "x=1");
     EXPECT_EQ(ReadAt(folder / "package.json"), Description());
-    EXPECT_FALSE(fs::exists(folder / ".git"));
-    EXPECT_FALSE(fs::exists(folder / "_notes.txt"));
 }
 
 TEST_F(BuildRoad, extractCancelledOrOfAnotherVersion_launchesNothingAndSaysNothing) {
