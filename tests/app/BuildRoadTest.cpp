@@ -57,29 +57,39 @@ protected:
     }
 
     // Fills the settings page, browses twice and continues, as a user does.
-    void ComeToTheBuildPage(const Ref<frmMain>& window) {
-        window->txtName()->Text("Demo");
-        window->txtUID()->Text("com.example.demo");
-        BrowseFolder(window, site);
-        BrowseFile(window, package);
-        window->cmdNEXT()->Push();
-        ASSERT_EQ(window->PagePanel1()->Value(), 1);
+    void ComeToTheBuildPage() {
+        wizard->txtName()->Text("Demo");
+        wizard->txtUID()->Text("com.example.demo");
+        BrowseFolder(wizard, site);
+        BrowseFile(wizard, package);
+        wizard->cmdNEXT()->Push();
+        ASSERT_EQ(wizard->PagePanel1()->Value(), 1);
     }
 
-    std::string ExpectedPackage(const std::string& name, const std::string& uid) {
-        const std::string description = test::PackageDescriptionText(name, uid);
-        return test::EncodeHeader("V001", name, uid, "site") +
+    static std::string Description() {
+        return test::PackageDescriptionText("Demo", "com.example.demo");
+    }
+    static std::string DescriptionRecord() {
+        return test::EncodeRecord(
+            {"package.json", "", 1, static_cast<int32_t>(Description().size()), Description()});
+    }
+
+    static std::string ExpectedPackage() {
+        return test::EncodeHeader("V001", "Demo", "com.example.demo", "site") +
                test::EncodeRecord({"index.html", "", 1, 9, "<p>hi</p>"}) +
                test::EncodeRecord({"js", "", 2, 0, ""}) +
-               test::EncodeRecord({"app.js", "js", 1, 3, "x=1"}) +
-               test::EncodeRecord(
-                   {"package.json", "", 1, static_cast<int32_t>(description.size()), description});
+               test::EncodeRecord({"app.js", "js", 1, 3, "x=1"}) + DescriptionRecord();
+    }
+
+    // The lines every build starts with, once it knows its source and target.
+    std::string Opening(const char* target) const {
+        return Lines({"Build using file version 001", "Source: " + scratch.path("site"),
+                      "Target: " + scratch.path(target)});
     }
 
     std::string ExpectedLog() const {
-        return Lines({"Created file package.json", "Build using file version 001",
-                      "Source: " + scratch.path("site"), "Target: " + scratch.path("out/demo.vxpk"),
-                      "Copying: index.html", "Processing Folder: js", "Copying: app.js",
+        return "Created file package.json\n" + Opening("out/demo.vxpk") +
+               Lines({"Copying: index.html", "Processing Folder: js", "Copying: app.js",
                       "Copying: package.json", "BUILD DONE..."});
     }
 
@@ -87,26 +97,8 @@ protected:
     Ref<FolderItem> package;
 };
 
-TEST_F(BuildRoad, fillBrowseContinueBuild_writesDescriptionAndPackageAndLogsEveryStep) {
-    ComeToTheBuildPage(wizard);
-
-    wizard->cmdBuild()->Push();
-
-    EXPECT_EQ(scratch.readFile("site/package.json"),
-              test::PackageDescriptionText("Demo", "com.example.demo"));
-    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage("Demo", "com.example.demo"));
-    EXPECT_EQ(LogOf(wizard), ExpectedLog());
-    EXPECT_TRUE(ui.messages.empty());
-    // Nothing after the build touches the labels or the button.
-    EXPECT_EQ(wizard->lblBuilding()->Text(), "Building your app...");
-    EXPECT_EQ(wizard->lblMsg()->Text(), "...");
-    EXPECT_TRUE(wizard->cmdBuild()->Enabled());
-    EXPECT_EQ(wizard->PagePanel1()->Value(), 1);
-    EXPECT_EQ(vxPacker::owner.get(), static_cast<LogReceiver*>(wizard.get()));
-}
-
-TEST_F(BuildRoad, duringTheBuild_eachYieldShowsTheLinesSoFar) {
-    ComeToTheBuildPage(wizard);
+TEST_F(BuildRoad, buildTwice_showsTheLogAsItGoesAndWritesTheSameFilesEachTime) {
+    ComeToTheBuildPage();
     auto* shown = static_cast<QPlainTextEdit*>(wizard->txtLog()->_Widget());
     std::vector<std::string> seen;
     ui.onBackgroundTask = [&] {
@@ -116,31 +108,32 @@ TEST_F(BuildRoad, duringTheBuild_eachYieldShowsTheLinesSoFar) {
 
     wizard->cmdBuild()->Push();
 
+    EXPECT_EQ(scratch.readFile("site/package.json"), Description());
+    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage());
+    EXPECT_EQ(LogOf(wizard), ExpectedLog());
     // The packer yields after each entry, so the first entry's line is on
     // the screen while the build is still going.
-    EXPECT_THAT(seen, ::testing::Contains(Lines(
-                          {"Created file package.json", "Build using file version 001",
-                           "Source: " + scratch.path("site"),
-                           "Target: " + scratch.path("out/demo.vxpk"), "Copying: index.html"})));
-}
+    EXPECT_THAT(seen, ::testing::Contains("Created file package.json\n" + Opening("out/demo.vxpk") +
+                                          "Copying: index.html\n"));
+    EXPECT_TRUE(ui.messages.empty());
+    // Nothing after the build touches the labels or the button.
+    EXPECT_EQ(wizard->lblBuilding()->Text(), "Building your app...");
+    EXPECT_TRUE(wizard->cmdBuild()->Enabled());
+    EXPECT_EQ(vxPacker::owner.get(), static_cast<LogReceiver*>(wizard.get()));
 
-TEST_F(BuildRoad, secondBuild_appendsItsLinesAndWritesTheSameFilesAgain) {
-    ComeToTheBuildPage(wizard);
-    wizard->cmdBuild()->Push();
-    // An untidy package.json of the user's own is replaced, whatever the box says.
+    // An untidy package.json of the user's own is replaced, whatever the box
+    // says, and the second build's lines follow the first's.
     scratch.writeFile("site/package.json", std::string(2000, ' '));
     wizard->opJSON()->Value(false);
-
     wizard->cmdBuild()->Push();
 
     EXPECT_EQ(LogOf(wizard), ExpectedLog() + ExpectedLog());
-    EXPECT_EQ(scratch.readFile("site/package.json"),
-              test::PackageDescriptionText("Demo", "com.example.demo"));
-    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage("Demo", "com.example.demo"));
+    EXPECT_EQ(scratch.readFile("site/package.json"), Description());
+    EXPECT_EQ(scratch.readFile("out/demo.vxpk"), ExpectedPackage());
 }
 
 TEST_F(BuildRoad, descriptionThatCannotBeWritten_saysSoAndTheBuildGoesOn) {
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
     // A folder where the file should go: it can be neither opened nor made.
     scratch.makeFolder("site/package.json");
 
@@ -148,29 +141,25 @@ TEST_F(BuildRoad, descriptionThatCannotBeWritten_saysSoAndTheBuildGoesOn) {
 
     EXPECT_EQ(ui.messages, std::vector<String>{"Unable to write package.json"});
     EXPECT_EQ(LogOf(wizard),
-              Lines({"Build using file version 001", "Source: " + scratch.path("site"),
-                     "Target: " + scratch.path("out/demo.vxpk"), "Copying: index.html",
-                     "Processing Folder: js", "Copying: app.js", "Processing Folder: package.json",
-                     "BUILD DONE..."}));
+              Opening("out/demo.vxpk") +
+                  Lines({"Copying: index.html", "Processing Folder: js", "Copying: app.js",
+                         "Processing Folder: package.json", "BUILD DONE..."}));
     EXPECT_TRUE(wizard->cmdBuild()->Enabled());
 }
 
 TEST_F(BuildRoad, packageThatCannotBeCreated_endsInThePackersMessage) {
     package = scratch.item("missing/demo.vxpk");
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
 
     wizard->cmdBuild()->Push();
 
     EXPECT_EQ(ui.messages, std::vector<String>{"Error creating app file."});
-    EXPECT_EQ(LogOf(wizard), Lines({"Created file package.json", "Build using file version 001",
-                                    "Source: " + scratch.path("site"),
-                                    "Target: " + scratch.path("missing/demo.vxpk")}));
-    EXPECT_EQ(wizard->lblBuilding()->Text(), "Building your app...");
+    EXPECT_EQ(LogOf(wizard), "Created file package.json\n" + Opening("missing/demo.vxpk"));
     EXPECT_TRUE(wizard->cmdBuild()->Enabled());
 }
 
 TEST_F(BuildRoad, secondWindowChoosesOtherPaths_firstWindowBuildsThemUnderItsOwnName) {
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
     scratch.writeFile("other/readme.txt", "other");
     Ref<frmMain> second = OpenWizard();
     second->txtName()->Text("Second");
@@ -184,18 +173,15 @@ TEST_F(BuildRoad, secondWindowChoosesOtherPaths_firstWindowBuildsThemUnderItsOwn
     // ...but packed what the second one chose, with its own name and log.
     EXPECT_FALSE(scratch.item("out/demo.vxpk")->Exists());
     EXPECT_FALSE(scratch.item("site/package.json")->Exists());
-    const std::string description = test::PackageDescriptionText("Demo", "com.example.demo");
     EXPECT_EQ(scratch.readFile("out/second.vxpk"),
               test::EncodeHeader("V001", "Demo", "com.example.demo", "other") +
-                  test::EncodeRecord({"package.json", "", 1,
-                                      static_cast<int32_t>(description.size()), description}) +
-                  test::EncodeRecord({"readme.txt", "", 1, 5, "other"}));
+                  DescriptionRecord() + test::EncodeRecord({"readme.txt", "", 1, 5, "other"}));
     EXPECT_NE(LogOf(wizard).find("BUILD DONE...\n"), std::string::npos);
     EXPECT_EQ(LogOf(second), "");
 }
 
 TEST_F(BuildRoad, extractOfABuiltPackage_restoresTheTreeAndLaunchesItsFolder) {
-    ComeToTheBuildPage(wizard);
+    ComeToTheBuildPage();
     wizard->cmdBuild()->Push();
     ui.openDialogAnswers.push_back(package);
 
@@ -208,18 +194,21 @@ TEST_F(BuildRoad, extractOfABuiltPackage_restoresTheTreeAndLaunchesItsFolder) {
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_EQ(ReadAt(folder / "index.html"), "<p>hi</p>");
     EXPECT_EQ(ReadAt(folder / "js" / "app.js"), "x=1");
-    EXPECT_EQ(ReadAt(folder / "package.json"),
-              test::PackageDescriptionText("Demo", "com.example.demo"));
-    EXPECT_FALSE(fs::exists(folder / ".git"));
-    EXPECT_FALSE(fs::exists(folder / "_notes.txt"));
+    EXPECT_EQ(ReadAt(folder / "package.json"), Description());
 }
 
-TEST_F(BuildRoad, extractOfAnotherVersion_launchesNothingAndSaysNothing) {
+TEST_F(BuildRoad, extractCancelledOrOfAnotherVersion_launchesNothingAndSaysNothing) {
     scratch.writeFile("future.vxpk", test::EncodeHeader("V002", "Demo", "demo1", "site"));
+    ui.openDialogAnswers.push_back(nullptr);
     ui.openDialogAnswers.push_back(scratch.item("future.vxpk"));
 
     EXPECT_TRUE(App::_Instance()->_mnuExtract_Action());
+    EXPECT_TRUE(App::_Instance()->_mnuExtract_Action());
 
+    ASSERT_EQ(ui.openRequests.size(), 2u);
+    EXPECT_EQ(ui.openRequests[0].promptText, "Enter a filename");
+    EXPECT_EQ(ui.openRequests[0].title, "Open App file");
+    EXPECT_EQ(ui.openRequests[0].filter, "vxpk");
     EXPECT_TRUE(ui.launchedPaths.empty());
     EXPECT_TRUE(ui.messages.empty());
 }

@@ -8,175 +8,122 @@
 
 #include "AppHarness.h"
 #include "app/frmMain.h"
-#include "runtime/ui/PushButton.h"
 #include "runtime/ui/QuitMenuItem.h"
-#include "runtime/ui/TextField.h"
 #include "support/ToolkitEnvironment.h"
 
 namespace vx {
 namespace {
 
-struct ShownItem {
-    QString name;
-    QString text;
-    QKeySequence shortcut;
-    bool separator;
-};
-
-std::vector<ShownItem> Shown(const QList<QAction*>& actions) {
-    std::vector<ShownItem> shown;
+// One line per item as the user sees it: name, text, shortcut ("-" is a
+// separator, whose text is a dash as well).
+std::vector<std::string> Shown(const QList<QAction*>& actions) {
+    std::vector<std::string> shown;
     for (const QAction* action : actions) {
-        shown.push_back(
-            {action->objectName(), action->text(), action->shortcut(), action->isSeparator()});
+        shown.push_back(QString("%1 %2 %3%4")
+                            .arg(action->objectName(), action->text(),
+                                 action->shortcut().toString(QKeySequence::PortableText),
+                                 action->isSeparator() ? QString("separator") : QString())
+                            .trimmed()
+                            .toStdString());
     }
     return shown;
 }
 
-bool operator==(const ShownItem& a, const ShownItem& b) {
-    return a.name == b.name && a.text == b.text && a.shortcut == b.shortcut &&
-           a.separator == b.separator;
-}
-
-void PrintTo(const ShownItem& item, std::ostream* out) {
-    *out << item.name.toStdString() << " \"" << item.text.toStdString() << "\" "
-         << item.shortcut.toString().toStdString() << (item.separator ? " separator" : "");
-}
-
-const QKeySequence none;
-QKeySequence Command(Qt::Key key) {
-    return QKeySequence(Qt::CTRL | key);
-}
-
-TEST(MainMenuBar, inTheWindow_showsFileAndEditExactly) {
+TEST(MainMenuBar, inEveryWindow_oneBarShowsFileAndEditExactly) {
     test::StartApplication();
     QMenuBar* bar = _OpenWindows().at(0)->_Widget()->findChild<QMenuBar*>();
     ASSERT_NE(bar, nullptr);
 
-    const std::vector<ShownItem> menus{{"FileMenu", "&File", none, false},
-                                       {"EditMenu", "&Edit", none, false}};
-    EXPECT_EQ(Shown(bar->actions()), menus);
+    using Items = std::vector<std::string>;
+    EXPECT_EQ(Shown(bar->actions()), (Items{"FileMenu &File", "EditMenu &Edit"}));
+    EXPECT_EQ(Shown(bar->actions().at(0)->menu()->actions()),
+              (Items{"mnuNewBuild New Build... Ctrl+N", "mnuExtract Extract app file... Ctrl+E",
+                     "FileQuit &Quit Ctrl+Q"}));
+    EXPECT_EQ(Shown(bar->actions().at(1)->menu()->actions()),
+              (Items{"EditUndo &Undo Ctrl+Z", "EditSeparator1 - separator", "EditCut Cu&t Ctrl+X",
+                     "EditCopy &Copy Ctrl+C", "EditPaste &Paste Ctrl+V", "EditClear &Delete",
+                     "EditSeparator2 - separator", "EditSelectAll Select &All Ctrl+A"}));
 
-    const std::vector<ShownItem> file{
-        {"mnuNewBuild", "New Build...", Command(Qt::Key_N), false},
-        {"mnuExtract", "Extract app file...", Command(Qt::Key_E), false},
-        {"FileQuit", "&Quit", Command(Qt::Key_Q), false},
-    };
-    EXPECT_EQ(Shown(bar->actions().at(0)->menu()->actions()), file);
-
-    const std::vector<ShownItem> edit{
-        {"EditUndo", "&Undo", Command(Qt::Key_Z), false},
-        {"EditSeparator1", "-", none, true},
-        {"EditCut", "Cu&t", Command(Qt::Key_X), false},
-        {"EditCopy", "&Copy", Command(Qt::Key_C), false},
-        {"EditPaste", "&Paste", Command(Qt::Key_V), false},
-        {"EditClear", "&Delete", none, false},
-        {"EditSeparator2", "-", none, true},
-        {"EditSelectAll", "Select &All", Command(Qt::Key_A), false},
-    };
-    EXPECT_EQ(Shown(bar->actions().at(1)->menu()->actions()), edit);
-}
-
-TEST(MainMenuBar, oneInstance_sharedByTheAppAndEveryWindow) {
-    test::StartApplication();
+    // One bar, shared by the app and every window, looked up by exact name.
     test::Choose("mnuNewBuild");
-    Ref<MainMenuBar> bar = MainMenuBar::_Instance();
-    EXPECT_EQ(_GetAppObject()->MenuBar(), bar);
+    Ref<MainMenuBar> shared = MainMenuBar::_Instance();
+    EXPECT_EQ(_GetAppObject()->MenuBar(), shared);
     for (const Ref<Window>& window : _OpenWindows()) {
-        EXPECT_EQ(window->MenuBar(), bar);
+        EXPECT_EQ(window->MenuBar(), shared);
     }
-    EXPECT_TRUE(RuntimeObjectIsa<QuitMenuItem>(bar->_Lookup("FileQuit")));
-    EXPECT_FALSE(RuntimeObjectIsa<QuitMenuItem>(bar->_Lookup("mnuExtract")));
-    EXPECT_EQ(bar->_Lookup("EditSelectall"), nullptr);
+    EXPECT_TRUE(RuntimeObjectIsa<QuitMenuItem>(shared->_Lookup("FileQuit")));
+    EXPECT_FALSE(RuntimeObjectIsa<QuitMenuItem>(shared->_Lookup("mnuExtract")));
+    EXPECT_EQ(shared->_Lookup("EditSelectall"), nullptr);
 }
 
-// The default window with a text field to edit and a button to take the
-// focus away, as the wizard's fields and buttons do.
-struct EditingWindow {
-    Ref<Window> window;
-    Ref<TextField> field = New<TextField>();
-    Ref<PushButton> button = New<PushButton>();
-
-    EditingWindow() {
-        test::StartApplication();
-        window = _OpenWindows().at(0);
-        field->Name("txtName");
-        window->_AddControl(field);
-        field->Width(200);
-        field->Height(22);
-        button->Name("cmdNEXT");
-        window->_AddControl(button);
-        button->Top(100);
-        button->Width(80);
-        button->Height(22);
+// What the Edit menu offers when it opens now.
+std::vector<bool> EditEnabled() {
+    Ref<MenuItem> menu = MainMenuBar::_Instance()->Child("EditMenu");
+    emit menu->_Menu()->aboutToShow();
+    std::vector<bool> enabled;
+    for (const char* name :
+         {"EditUndo", "EditCut", "EditCopy", "EditPaste", "EditClear", "EditSelectAll"}) {
+        enabled.push_back(menu->Child(name)->Enabled());
     }
+    return enabled;
+}
 
-    // What the Edit menu offers when it opens now.
-    std::vector<bool> EditEnabled() const {
-        Ref<MenuItem> menu = MainMenuBar::_Instance()->Child("EditMenu");
-        emit menu->_Menu()->aboutToShow();
-        std::vector<bool> enabled;
-        for (const char* name :
-             {"EditUndo", "EditCut", "EditCopy", "EditPaste", "EditClear", "EditSelectAll"}) {
-            enabled.push_back(menu->Child(name)->Enabled());
-        }
-        return enabled;
-    }
-};
+// The default window, shown and active, with its name field emptied.
+Ref<frmMain> EditingWindow() {
+    test::StartApplication();
+    Ref<frmMain> window = frmMain::_ImplicitInstance();
+    EXPECT_TRUE(test::ShowActive(window->_Widget()));
+    window->txtName()->Text("");
+    return window;
+}
 
 TEST(EditMenu, focusedField_itemsActOnItAndEnableWhereTheyCan) {
-    EditingWindow w;
-    ASSERT_TRUE(test::ShowActive(w.window->_Widget()));
+    Ref<frmMain> w = EditingWindow();
     QApplication::clipboard()->clear();
-    w.field->SetFocus();
+    w->txtName()->SetFocus();
     //                                    Undo   Cut    Copy   Paste  Delete SelectAll
-    EXPECT_EQ(w.EditEnabled(), std::vector<bool>({false, false, false, false, false, false}));
+    EXPECT_EQ(EditEnabled(), std::vector<bool>({false, false, false, false, false, false}));
 
-    QTest::keyClicks(w.field->_Widget(), "hello");
-    EXPECT_EQ(w.EditEnabled(), std::vector<bool>({true, false, false, false, false, true}));
+    QTest::keyClicks(w->txtName()->_Widget(), "hello");
+    EXPECT_EQ(EditEnabled(), std::vector<bool>({true, false, false, false, false, true}));
 
     test::Choose("EditSelectAll");
-    EXPECT_EQ(w.EditEnabled(), std::vector<bool>({true, true, true, false, true, true}));
+    EXPECT_EQ(EditEnabled(), std::vector<bool>({true, true, true, false, true, true}));
 
     test::Choose("EditCopy");
     EXPECT_EQ(QApplication::clipboard()->text(), "hello");
     test::Choose("EditClear");
-    EXPECT_EQ(w.field->Text(), "");
+    EXPECT_EQ(w->txtName()->Text(), "");
     test::Choose("EditPaste");
     test::Choose("EditPaste");
-    EXPECT_EQ(w.field->Text(), "hellohello");
+    EXPECT_EQ(w->txtName()->Text(), "hellohello");
     test::Choose("EditUndo");
-    EXPECT_EQ(w.field->Text(), "hello");
+    EXPECT_EQ(w->txtName()->Text(), "hello");
     test::Choose("EditSelectAll");
     test::Choose("EditCut");
-    EXPECT_EQ(w.field->Text(), "");
+    EXPECT_EQ(w->txtName()->Text(), "");
     EXPECT_EQ(QApplication::clipboard()->text(), "hello");
 }
 
-TEST(EditMenu, focusElsewhere_editItemsDisabledFileItemsEnabled) {
-    EditingWindow w;
-    ASSERT_TRUE(test::ShowActive(w.window->_Widget()));
+TEST(EditMenu, focusElsewhereOrReadOnly_editItemsDisabledSaveCopyAndSelectAll) {
+    Ref<frmMain> w = EditingWindow();
     QApplication::clipboard()->setText("x");
-    w.field->Text("text");
-    w.button->SetFocus();
+    w->txtName()->Text("text");
+    w->cmdNEXT()->SetFocus();
 
-    EXPECT_EQ(w.EditEnabled(), std::vector<bool>(6, false));
+    EXPECT_EQ(EditEnabled(), std::vector<bool>(6, false));
     test::Choose("EditSelectAll");
     test::Choose("EditPaste");
-    EXPECT_EQ(w.field->Text(), "text") << "the field without focus is left alone";
+    EXPECT_EQ(w->txtName()->Text(), "text") << "the field without focus is left alone";
     for (const char* name : {"mnuNewBuild", "mnuExtract", "FileQuit"}) {
         EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup(name)->Enabled()) << name;
     }
-}
 
-TEST(EditMenu, readOnlyField_offersOnlyCopyAndSelectAll) {
-    EditingWindow w;
-    ASSERT_TRUE(test::ShowActive(w.window->_Widget()));
-    QApplication::clipboard()->setText("x");
-    w.field->Text("/some/path");
-    w.field->ReadOnly(true);
-    w.field->SetFocus();
-    w.field->SelectAll();
-    EXPECT_EQ(w.EditEnabled(), std::vector<bool>({false, false, true, false, false, true}));
+    // A read-only field with a selection offers only Copy and Select All.
+    w->txtName()->ReadOnly(true);
+    w->txtName()->SetFocus();
+    w->txtName()->SelectAll();
+    EXPECT_EQ(EditEnabled(), std::vector<bool>({false, false, true, false, false, true}));
 }
 
 }  // namespace

@@ -8,22 +8,16 @@ namespace vx::test {
 // uid given, as the desktop host reads it.
 inline std::string PackageDescriptionText(const std::string& name = "My App",
                                           const std::string& uid = "com.example.myapp") {
-    return "{\n"
-           "  \"name\":\"" +
-           name +
-           "\",\n"
-           "  \"uid\":\"" +
-           uid +
-           "\",\n"
-           "  \"version\":\"1.0\",\n"
-           "  \"company\":\"http:\\/\\/www.example.com\",\n"
-           "  \"main\":\"index.html\",\n"
-           "  \"window\":{\n"
-           "    \"title\":\"My App\",\n"
-           "    \"width\":600.0,\n"
-           "    \"height\":600.0\n"
-           "  }\n"
-           "}";
+    return "{\n  \"name\":\"" + name + "\",\n  \"uid\":\"" + uid + R"(",
+  "version":"1.0",
+  "company":"http:\/\/www.example.com",
+  "main":"index.html",
+  "window":{
+    "title":"My App",
+    "width":600.0,
+    "height":600.0
+  }
+})";
 }
 
 }  // namespace vx::test

@@ -10,29 +10,25 @@
 #include "app/frmMain.h"
 #include "runtime/ui/FileTypeRegistry.h"
 #include "runtime/ui/RuntimeLifecycle.h"
+#include "support/RecordingUIServices.h"
 #include "support/ToolkitEnvironment.h"
 
 namespace vx {
 namespace {
 
-TEST(Startup, earlyStartup_registersTypesAppAndHandlersButNoWindow) {
+TEST(Startup, earlyThenLate_typesAppAndHandlersComeBeforeTheDefaultWindow) {
     _EarlyStartup();
 
     EXPECT_TRUE(_IsFileTypeRegistered("Vantrelix App"));
     EXPECT_TRUE(_IsFileTypeRegistered("Any"));
-    Ref<App> app = App::_Instance();
-    ASSERT_NE(app, nullptr);
-    EXPECT_EQ(app->MenuBar(), MainMenuBar::_Instance());
-    EXPECT_TRUE(app->_HasMenuHandler("mnuNewBuild"));
-    EXPECT_TRUE(app->_HasMenuHandler("mnuExtract"));
+    EXPECT_NE(App::_Instance(), nullptr);
     EXPECT_TRUE(_OpenWindows().empty());
-    // With the handlers in place, both commands are ready before any window.
+    // With the app's handlers in place, both commands are ready before any window.
     EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuNewBuild")->Enabled());
     EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuExtract")->Enabled());
-}
 
-TEST(Startup, lateStartup_opensTheDefaultWindowBySettingsAlone) {
-    test::StartApplication();
+    // The default window opens afterwards, by its settings alone.
+    _RunFrameworkInitialization(_LateStartup);
 
     std::vector<Ref<Window>> windows = _OpenWindows();
     ASSERT_EQ(windows.size(), 1u);
@@ -44,7 +40,6 @@ TEST(Startup, lateStartup_opensTheDefaultWindowBySettingsAlone) {
     EXPECT_EQ(window->Title(), "Build");
     EXPECT_EQ(window->Width(), 600);
     EXPECT_EQ(window->Height(), 600);
-    EXPECT_EQ(window->MenuBar(), MainMenuBar::_Instance());
 }
 
 TEST(Startup, mainRunsToTheLoopAndQuit_finalizersTakeEverythingDown) {
@@ -83,12 +78,13 @@ TEST(Startup, failureInAHandler_reachesTheReportAndTheAppGoesOn) {
     EXPECT_EQ(_OpenWindows().size(), 2u) << "the next command still works";
 }
 
-TEST(NewBuild, eachCommand_opensAFreshWindowAndLeavesTheOthers) {
+TEST(FileMenu, newBuildByMenuOrShortcut_opensFreshWindowsAndBothCommandsOutliveThem) {
     test::StartApplication();
     Ref<Window> first = _OpenWindows().at(0);
     first->Title("changed by the user");
+    ASSERT_TRUE(test::ShowActive(first->_Widget()));
 
-    test::Choose("mnuNewBuild");
+    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
     test::Choose("mnuNewBuild");
 
     std::vector<Ref<Window>> windows = _OpenWindows();
@@ -100,31 +96,26 @@ TEST(NewBuild, eachCommand_opensAFreshWindowAndLeavesTheOthers) {
         EXPECT_EQ(windows[i]->Title(), "Build") << "a new window starts from its defaults";
         EXPECT_TRUE(windows[i]->_Widget()->isVisible());
     }
-}
 
-TEST(NewBuild, allWindowsClosed_commandStillOpensOne) {
-    test::StartApplication();
-    for (const Ref<Window>& window : _OpenWindows()) {
+    // With every window closed both commands still work.
+    for (const Ref<Window>& window : windows) {
         window->Close();
     }
     ASSERT_TRUE(_OpenWindows().empty());
-    EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup("mnuNewBuild")->Enabled());
-
+    test::RecordingUIServices ui;
+    test::InstalledUIServices installed(ui);
+    test::Choose("mnuExtract");
     test::Choose("mnuNewBuild");
-
+    EXPECT_EQ(ui.openRequests.size(), 1u) << "Extract still asks for a package";
     ASSERT_EQ(_OpenWindows().size(), 1u);
     EXPECT_TRUE(_OpenWindows()[0]->_Widget()->isVisible());
 }
 
-TEST(NewBuild, commandShortcutTwice_opensTwoWindows) {
-    test::StartApplication();
-    Ref<Window> first = _OpenWindows().at(0);
-    ASSERT_TRUE(test::ShowActive(first->_Widget()));
-
-    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
-    QTest::keyClick(first->_Widget(), Qt::Key_N, Qt::ControlModifier);
-
-    EXPECT_EQ(_OpenWindows().size(), 3u);
+TEST(App, accessor_checksTheClassOfTheApplicationObject) {
+    _RuntimeRegisterAppObject(New<Application>());
+    EXPECT_THROW(App::_Instance(), IllegalCastException);
+    _RuntimeRegisterAppObject(nullptr);
+    EXPECT_EQ(App::_Instance(), nullptr);
 }
 
 }  // namespace
