@@ -7,7 +7,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
