@@ -24,50 +24,46 @@ bool IsFixedPitchFamily(const QString& family) {
 RectControl::RectControl(QWidget* widget) : Control(widget) {}
 
 void RectControl::Left(int64_t left) {
-    Rect frame = Frame();
-    frame.left = left;
-    Rebase(frame);
+    SetFrameSide(&Rect::left, left);
 }
 
 void RectControl::Top(int64_t top) {
-    Rect frame = Frame();
-    frame.top = top;
-    Rebase(frame);
+    SetFrameSide(&Rect::top, top);
 }
 
 void RectControl::Width(int64_t width) {
-    Rect frame = Frame();
-    frame.width = width;
-    Rebase(frame);
+    SetFrameSide(&Rect::width, width);
 }
 
 void RectControl::Height(int64_t height) {
-    Rect frame = Frame();
-    frame.height = height;
-    Rebase(frame);
+    SetFrameSide(&Rect::height, height);
 }
 
 void RectControl::LockLeft(bool locked) {
-    const Rect frame = Frame();
-    locks_.left = locked;
-    Rebase(frame);
+    SetLock(&Locks::left, locked);
 }
 
 void RectControl::LockTop(bool locked) {
-    const Rect frame = Frame();
-    locks_.top = locked;
-    Rebase(frame);
+    SetLock(&Locks::top, locked);
 }
 
 void RectControl::LockRight(bool locked) {
-    const Rect frame = Frame();
-    locks_.right = locked;
-    Rebase(frame);
+    SetLock(&Locks::right, locked);
 }
 
 void RectControl::LockBottom(bool locked) {
+    SetLock(&Locks::bottom, locked);
+}
+
+void RectControl::SetFrameSide(int64_t Rect::*side, int64_t value) {
+    Rect frame = Frame();
+    frame.*side = value;
+    Rebase(frame);
+}
+
+void RectControl::SetLock(bool Locks::*lock, bool locked) {
     const Rect frame = Frame();
-    locks_.bottom = locked;
+    locks_.*lock = locked;
     Rebase(frame);
 }
 

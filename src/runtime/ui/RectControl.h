@@ -100,6 +100,9 @@ private:
     // Makes the given frame the one the locks start from, at the container's
     // present size.
     void Rebase(const Rect& frame);
+    // One side of the frame or one lock changed; the others stay as they are.
+    void SetFrameSide(int64_t Rect::*side, int64_t value);
+    void SetLock(bool Locks::*lock, bool locked);
     void ApplyFont();
 
     Rect base_;
