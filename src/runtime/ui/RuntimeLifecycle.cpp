@@ -9,6 +9,7 @@
 
 #include "runtime/ui/Application.h"
 #include "runtime/ui/DesktopUIServices.h"
+#include "runtime/ui/FontConfiguration.h"
 #include "runtime/ui/QtText.h"
 
 namespace vx {
@@ -39,6 +40,7 @@ void _RuntimeInitExternalClasses() {
     if (QApplication::instance() != nullptr) {
         return;
     }
+    _LoadFontConfiguration();
     toolkit = new QApplication(toolkitArgc, toolkitArgv);
     // What the Edit menu can do changes with the focus and the clipboard.
     QObject::connect(toolkit, &QApplication::focusChanged, toolkit, [] { _UpdateMenuEnabling(); });
