@@ -2,8 +2,6 @@
 
 #include <QFile>
 #include <QImage>
-#include <QPainter>
-#include <QSvgRenderer>
 
 #include "runtime/RuntimeException.h"
 #include "runtime/ui/QtText.h"
@@ -33,19 +31,10 @@ int64_t Picture::Height() const {
 }
 
 Ref<Picture> Picture::_OpenFromApp(const String& resourceName) {
+    // A drawing is rendered at its own size by the toolkit's image plugin,
+    // which is loaded only now, when the first picture is wanted.
     const QString path = ":/" + ToQString(resourceName);
-    if (QFile::exists(path + ".svg")) {
-        QSvgRenderer drawing(path + ".svg");
-        if (!drawing.isValid()) {
-            return nullptr;
-        }
-        auto picture = New<Picture>(drawing.defaultSize().width(), drawing.defaultSize().height());
-        QPainter painter(picture->image_.get());
-        painter.setRenderHint(QPainter::Antialiasing);
-        drawing.render(&painter);
-        return picture;
-    }
-    QImage image(path + ".png");
+    QImage image(QFile::exists(path + ".svg") ? path + ".svg" : path + ".png");
     if (image.isNull()) {
         return nullptr;
     }
