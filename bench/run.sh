@@ -10,7 +10,7 @@ steps=("$@")
 
 cmake --preset default >/dev/null
 cmake --build --preset default --target \
-    vxpack_bench vxextract_bench make_tree vx_json_bench vx_startup_probe vx_minimal_window \
+    vxpack_bench vxextract_bench make_tree vx_json_bench vx_startup_probe vx_minimal_window vx_minimal_text_window \
     vx_wizard_bench vx_string_bench vx_dictionary_bench
 bin=build/default/bench
 
