@@ -38,6 +38,7 @@ String TextArea::Text() const {
 
 void TextArea::Text(const String& text) {
     pendingAppends_.clear();
+    linesInLastBlock_ = 0;
     Area(*this)->setPlainText(WithLineFeeds(text));
 }
 
@@ -67,10 +68,23 @@ void TextArea::FlushAppends() const {
     if (pendingAppends_.empty()) {
         return;
     }
+    // Each paragraph of the toolkit's document is a block with its own record
+    // and layout, which costs far more than the characters of a log line.
+    // Appended lines are joined into blocks of many lines with line
+    // separators instead; they look the same, wrap the same, and the
+    // document's plain text (Text, Copy) gives them back as line feeds.
+    QString appended = WithLineFeeds(String(std::move(pendingAppends_), Encodings::UTF8));
+    pendingAppends_.clear();
+    for (QChar& character : appended) {
+        if (character == '\n' && ++linesInLastBlock_ < kLinesPerBlock) {
+            character = QChar::LineSeparator;
+        } else if (character == '\n') {
+            linesInLastBlock_ = 0;
+        }
+    }
     QTextCursor end(Area(*this)->document());
     end.movePosition(QTextCursor::End);
-    end.insertText(WithLineFeeds(String(std::move(pendingAppends_), Encodings::UTF8)));
-    pendingAppends_.clear();
+    end.insertText(appended);
 }
 
 void TextArea::ApplyReadOnly() {

@@ -35,8 +35,13 @@ private:
     // Puts the appends that wait into the widget.
     void FlushAppends() const;
 
+    // Appended lines per block of the toolkit's document: few enough that a
+    // block is laid out quickly when it scrolls into view.
+    static constexpr int kLinesPerBlock = 64;
+
     // UTF-8, turned into the toolkit's text once per batch.
     mutable std::string pendingAppends_;
+    mutable int linesInLastBlock_ = 0;
 };
 
 }  // namespace vx

@@ -97,10 +97,23 @@ TEST(TextArea, appendText_addsAtTheEndWithoutTouchingTheRest) {
     auto area = New<TextArea>();
     area->ReadOnly(true);
     area->Text("old\n");
-    for (int i = 0; i < 3; ++i) {
-        area->AppendText("line\n");
+    // Enough lines, some long enough to wrap, to fill several of the blocks
+    // that appends are gathered in; each flush of the toolkit adds a batch.
+    std::string expected = "old\n";
+    for (int i = 0; i < 300; ++i) {
+        const std::string line =
+            "line " + std::to_string(i) + std::string(i % 7 == 0 ? 200 : 0, 'w');
+        area->AppendText((line + "\n").c_str());
+        expected += line + "\n";
+        if (i % 50 == 0) {
+            QCoreApplication::processEvents();
+        }
     }
-    EXPECT_EQ(area->Text(), "old\nline\nline\nline\n");
+    EXPECT_EQ(area->Text().bytes(), expected);
+    area->SelectAll();
+    area->Copy();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), expected)
+        << "what is copied has line feeds, whatever separates the lines inside";
     EXPECT_FALSE(area->CanUndo()) << "a read-only area keeps no history";
 }
 
