@@ -21,7 +21,7 @@ public:
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;
 
-    String Name() const { return name_; }
+    const String& Name() const { return name_; }
     void Name(const String& name);
     // The window the control was added to, or nil.
     Window* ParentWindow() const { return window_; }
