@@ -35,9 +35,11 @@ private:
     // Puts the appends that wait into the widget.
     void FlushAppends() const;
 
-    // Appended lines per block of the toolkit's document: few enough that a
-    // block is laid out quickly when it scrolls into view.
-    static constexpr int kLinesPerBlock = 64;
+    // Appended lines per block of the toolkit's document. The block being
+    // appended to is laid out again on every flush, and a block that scrolls
+    // into view is laid out whole, so blocks stay small; a block per line
+    // would cost a record of its own for every line.
+    static constexpr int kLinesPerBlock = 16;
 
     // UTF-8, turned into the toolkit's text once per batch.
     mutable std::string pendingAppends_;
