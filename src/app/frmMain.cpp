@@ -60,7 +60,7 @@ Ref<frmMain> frmMain::_ImplicitInstance() {
 void frmMain::log(const String& text) {
     // Appending costs the length of the line, not of the whole log, which
     // matters when a build logs a hundred thousand entries.
-    txtLog()->AppendText(text + EndOfLine());
+    logArea_->AppendText(text + EndOfLine());
 }
 
 void frmMain::buildJSONFile() {

@@ -79,6 +79,10 @@ private:
     void _CreateControls0();
     void _CreateControls1();
 
+    // txtLog, kept from its creation: log runs once per packed entry, and a
+    // lookup by name each time was a measurable share of a long build.
+    Ref<TextArea> logArea_;
+
     // Where a control stands: its frame in window coordinates, the sides it
     // keeps its distance to ("LTRB" initials), its place in the tab order and
     // its page (0 for the window itself).

@@ -142,9 +142,9 @@ void frmMain::_CreateControls0() {
 
     addLabel("Label4", {40, 286, 134, 20, "LT", 11, settings}, "Destination File");
 
-    auto logArea = addControl<TextArea>("txtLog", {40, 101, 520, 402, "LTRB", 3, build});
-    logArea->ReadOnly(true);
-    logArea->TextFont("Monaco");
+    logArea_ = addControl<TextArea>("txtLog", {40, 101, 520, 402, "LTRB", 3, build});
+    logArea_->ReadOnly(true);
+    logArea_->TextFont("Monaco");
 
     auto aboutTitle = addLabel("Label6", {33, 31, 440, 20, "LT", 0, about}, "About...");
     aboutTitle->Bold(true);
