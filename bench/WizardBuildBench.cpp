@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "app/FileTypes.h"
 #include "app/Startup.h"
@@ -113,16 +115,19 @@ int main(int argc, char** argv) {
         ReadyWizard()->cmdBuild()->Push();
         InstallUIServices(nullptr);
     }
-    benchmark::RegisterBenchmark("ThroughTheWindow", ThroughTheWindow)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Iterations(1)
-        ->Repetitions(5);
-    benchmark::RegisterBenchmark("PackerAlone", PackerAlone)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Iterations(1)
-        ->Repetitions(5);
+    // A build writes 200 MB, so the machine's own writing back disturbs single
+    // runs; the least of many runs shows the cost best, the median with it.
+    for (auto [name, body] : {std::pair{"ThroughTheWindow", &ThroughTheWindow},
+                              std::pair{"PackerAlone", &PackerAlone}}) {
+        benchmark::RegisterBenchmark(name, body)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime()
+            ->Iterations(1)
+            ->Repetitions(11)
+            ->ComputeStatistics("min", [](const std::vector<double>& times) {
+                return *std::min_element(times.begin(), times.end());
+            });
+    }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     package->Delete();
