@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "runtime/MemoryBlock.h"
 #include "runtime/RuntimeException.h"
@@ -33,16 +34,12 @@ TEST(MemoryBlock, stringValue_readsAndWritesBytesAtAnOffset) {
 
 TEST(MemoryBlock, rangeOutsideTheBlock_raisesOutOfBounds) {
     MemoryBlock block(4);
-    const struct {
-        int64_t offset;
-        int64_t length;
-    } outside[] = {{-1, 1}, {0, 5},  {4, 1},
-                   {5, 0},  {2, -1}, {1, std::numeric_limits<int64_t>::max()}};
-    for (const auto& range : outside) {
-        SCOPED_TRACE(std::to_string(range.offset) + "," + std::to_string(range.length));
-        EXPECT_THROW(block.StringValue(range.offset, range.length, nullptr), OutOfBoundsException);
-        EXPECT_THROW(block.StringValue(range.offset, range.length, String("abcd")),
-                     OutOfBoundsException);
+    const std::tuple<int64_t, int64_t> outside[] = {
+        {-1, 1}, {0, 5}, {4, 1}, {5, 0}, {2, -1}, {1, std::numeric_limits<int64_t>::max()}};
+    for (const auto& [offset, length] : outside) {
+        SCOPED_TRACE(std::to_string(offset) + "," + std::to_string(length));
+        EXPECT_THROW(block.StringValue(offset, length, nullptr), OutOfBoundsException);
+        EXPECT_THROW(block.StringValue(offset, length, String("abcd")), OutOfBoundsException);
     }
     EXPECT_EQ(block.StringValue(4, 0, nullptr).byteLength(), 0U);
     EXPECT_THROW(MemoryBlock(-1), OutOfBoundsException);

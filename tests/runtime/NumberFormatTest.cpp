@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <limits>
 #include <string>
+#include <tuple>
 
 #include "runtime/Min.h"
 #include "runtime/NumberFormat.h"
@@ -15,11 +16,7 @@ namespace {
 constexpr const char* kDecimalMask = "-0.0##############";
 
 TEST(FormatNumber, masks_roundToTheirDecimalPlaces) {
-    const struct {
-        double value;
-        const char* mask;
-        const char* expected;
-    } cases[] = {
+    const std::tuple<double, const char*, const char*> cases[] = {
         {0.5, kDecimalMask, "0.5"},
         {-2, kDecimalMask, "-2.0"},
         {1e-7, kDecimalMask, "0.0000001"},
@@ -49,9 +46,8 @@ TEST(FormatNumber, masks_roundToTheirDecimalPlaces) {
         {std::numeric_limits<double>::quiet_NaN(), kDecimalMask, "nan"},
         {-std::numeric_limits<double>::infinity(), "0", "-inf"},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(FormatNumber(c.value, c.mask, false).bytes(), c.expected)
-            << c.value << " with " << c.mask;
+    for (const auto& [value, mask, expected] : cases) {
+        EXPECT_EQ(FormatNumber(value, mask, false).bytes(), expected) << value << " with " << mask;
     }
 }
 

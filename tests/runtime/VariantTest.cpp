@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 #include "runtime/Array.h"
 #include "runtime/Date.h"
@@ -13,11 +14,7 @@ namespace vx {
 namespace {
 
 TEST(Variant, makingFunctions_giveTheKindNumbers) {
-    const struct {
-        const char* kind;
-        Variant value;
-        int32_t varType;
-    } cases[] = {
+    const std::tuple<const char*, Variant, int32_t> cases[] = {
         {"Int32", Int32ToVariant(0), 2},
         {"Int64", Int64ToVariant(0), 3},
         {"Single", SingleToVariant(0), 4},
@@ -36,8 +33,8 @@ TEST(Variant, makingFunctions_giveTheKindNumbers) {
         {"array of Variant", CreateArray<Variant>(1), 4096 | VarTypes::Variant},
         {"array of Dictionary", CreateArray<Ref<Dictionary>>(0), 4096 | 9},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(VarType(c.value), c.varType) << c.kind;
+    for (const auto& [kind, value, varType] : cases) {
+        EXPECT_EQ(VarType(value), varType) << kind;
     }
 }
 
@@ -58,12 +55,7 @@ TEST(Variant, compareAndHash_agreeAcrossKinds) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const auto table = New<Dictionary>();
     const auto list = CreateArray<int64_t>(0);
-    const struct {
-        const char* what;
-        Variant left;
-        Variant right;
-        bool equal;
-    } cases[] = {
+    const std::tuple<const char*, Variant, Variant, bool> cases[] = {
         {"Int32 1, Int64 1", 1, int64_t{1}, true},
         {"Int64 1, Double 1.0", int64_t{1}, 1.0, true},
         {"Single 1, UInt64 1", 1.0f, uint64_t{1}, true},
@@ -90,14 +82,14 @@ TEST(Variant, compareAndHash_agreeAcrossKinds) {
         {"two tables", table, New<Dictionary>(), false},
         {"two arrays", list, CreateArray<int64_t>(0), false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const int32_t forward = VariantCompare(c.left, c.right);
-        const int32_t backward = VariantCompare(c.right, c.left);
-        EXPECT_EQ(forward == 0, c.equal);
+    for (const auto& [what, left, right, equal] : cases) {
+        SCOPED_TRACE(what);
+        const int32_t forward = VariantCompare(left, right);
+        const int32_t backward = VariantCompare(right, left);
+        EXPECT_EQ(forward == 0, equal);
         EXPECT_EQ(forward, -backward);
-        if (c.equal) {
-            EXPECT_EQ(c.left.Operator_Hash(), c.right.Operator_Hash());
+        if (equal) {
+            EXPECT_EQ(left.Operator_Hash(), right.Operator_Hash());
         }
     }
 }
@@ -111,41 +103,36 @@ TEST(Variant, compare_ordersNumbersByValueAcrossKinds) {
     }
 }
 
+template <class T>
+Variant arrayOf(std::initializer_list<T> elements) {
+    return New<Array<T>>(elements);
+}
+
 TEST(Variant, arrayAssignment_readsEachElementKindThroughItsCode) {
-    const struct {
-        const char* what;
-        Variant array;
-        int32_t code;
-        int32_t elementVarType;
-    } cases[] = {
-        {"Boolean", New<Array<bool>>(std::initializer_list<bool>{true}), 16, 11},
-        {"Int64", New<Array<int64_t>>(std::initializer_list<int64_t>{5}), 11, 3},
-        {"Double", New<Array<double>>(std::initializer_list<double>{0.5}), 2, 5},
-        {"Single", New<Array<float>>(std::initializer_list<float>{0.5f}), 1, 4},
-        {"String", New<Array<String>>(std::initializer_list<String>{"s"}), 3, 8},
-        {"object",
-         New<Array<Ref<Dictionary>>>(std::initializer_list<Ref<Dictionary>>{New<Dictionary>()}), 4,
-         9},
+    // the array, the code that asks for its element kind, that kind's VarType
+    const std::tuple<Variant, int32_t, int32_t> cases[] = {
+        {arrayOf({true}), 16, 11},      {arrayOf({int64_t{5}}), 11, 3},
+        {arrayOf({0.5}), 2, 5},         {arrayOf({0.5f}), 1, 4},
+        {arrayOf({String("s")}), 3, 8}, {arrayOf({New<Dictionary>()}), 4, 9},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const Ref<ArrayBase> array = VariantArrayAssignmentWithTypeCheck(c.code, c.array);
-        EXPECT_EQ(VariantCompare(Variant(array), c.array), 0) << "the held array itself";
-        EXPECT_EQ(VarType(array->ElementAt(0)), c.elementVarType);
+    for (const auto& [source, code, elementVarType] : cases) {
+        SCOPED_TRACE(code);
+        const Ref<ArrayBase> array = VariantArrayAssignmentWithTypeCheck(code, source);
+        EXPECT_EQ(VariantCompare(Variant(array), source), 0) << "the held array itself";
+        EXPECT_EQ(VarType(array->ElementAt(0)), elementVarType);
         for (const auto& other : cases) {
-            if (other.code != c.code) {
-                EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(other.code, c.array),
-                             TypeMismatchException)
-                    << other.what;
+            if (std::get<1>(other) != code) {
+                EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(std::get<1>(other), source),
+                             TypeMismatchException);
             }
         }
     }
-    EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(99, cases[0].array), TypeMismatchException);
+    EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(99, arrayOf({true})), TypeMismatchException);
     EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(3, "not an array"), TypeMismatchException);
 }
 
 TEST(Variant, arrayOf32BitIntegers_isReadAs64BitValues) {
-    const Variant narrow = New<Array<int32_t>>(std::initializer_list<int32_t>{-1, 7, 2147483647});
+    const Variant narrow = arrayOf<int32_t>({-1, 7, 2147483647});
     ASSERT_EQ(VariantGetArrayElementType(narrow), 2);
     EXPECT_THROW(VariantGetArrayElementType("a"), TypeMismatchException);
     const Ref<ArrayBase> wide = VariantArrayAssignmentWithTypeCheck(11, narrow);
