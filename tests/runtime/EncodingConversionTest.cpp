@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <string>
 #include <tuple>
 
@@ -47,9 +48,7 @@ TEST(ConvertEncoding, betweenEncodings_reEncodesEachCharacter) {
 
 TEST(ConvertEncoding, everyLatin1Byte_survivesARoundTrip) {
     std::string all(256, '\0');
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        all[i] = static_cast<char>(i);
-    }
+    std::iota(all.begin(), all.end(), '\0');
     for (const TextEncoding* via : {Encodings::UTF8, Encodings::UTF16}) {
         for (const TextEncoding* from : {Encodings::ISOLatin1, Encodings::ASCII}) {
             const String there = ConvertEncoding(String(all, from), via);
