@@ -9,7 +9,7 @@
 
 namespace vx {
 
-TEST(MemoryBlock, growingBySize_keepsTheFirstBytesAndZeroesTheRest) {
+TEST(MemoryBlock, resize_keepsTheFirstBytesAndZeroesTheRestOrRaisesBeyondMemory) {
     MemoryBlock block(0);
     block.Operator_Convert("abc");
     ASSERT_EQ(block.Size(), 3);
@@ -17,6 +17,8 @@ TEST(MemoryBlock, growingBySize_keepsTheFirstBytesAndZeroesTheRest) {
     EXPECT_EQ(block.bytes(), std::string_view("abc\0\0\0", 6));
     block.Size(2);
     EXPECT_EQ(block.bytes(), "ab");
+    EXPECT_THROW(block.Size(std::numeric_limits<int64_t>::max()), OutOfMemoryException);
+    EXPECT_EQ(block.Size(), 2);
 }
 
 TEST(MemoryBlock, stringValue_readsAndWritesBytesAtAnOffset) {
@@ -43,12 +45,6 @@ TEST(MemoryBlock, rangeOutsideTheBlock_raisesOutOfBounds) {
     }
     EXPECT_EQ(block.StringValue(4, 0, nullptr).byteLength(), 0U);
     EXPECT_THROW(MemoryBlock(-1), OutOfBoundsException);
-}
-
-TEST(MemoryBlock, sizeBeyondMemory_raisesOutOfMemory) {
-    MemoryBlock block(1);
-    EXPECT_THROW(block.Size(std::numeric_limits<int64_t>::max()), OutOfMemoryException);
-    EXPECT_EQ(block.Size(), 1);
 }
 
 }  // namespace vx
