@@ -9,6 +9,7 @@
 #include <iterator>
 #include <set>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "runtime/BinaryStream.h"
@@ -89,21 +90,19 @@ TEST(FolderItem, propertiesOfEachKind_answerAsAFileSystemSees) {
     ScratchFolder scratch;
     scratch.writeFile("file", "12345");
     scratch.makeFolder("empty");
-    struct Case {
-        std::string relative;
-        bool exists;
-        bool directory;
-        uint64_t length;
-        int64_t count;
+    // name, exists, directory, length; none of them lists anything
+    const std::tuple<const char*, bool, bool, uint64_t> cases[] = {
+        {"file", true, false, 5},
+        {"empty", true, true, 0},
+        {"missing", false, false, 0},
+        {"missing/deeper", false, false, 0},
     };
-    for (const Case& c :
-         {Case{"file", true, false, 5, 0}, Case{"empty", true, true, 0, 0},
-          Case{"missing", false, false, 0, 0}, Case{"missing/deeper", false, false, 0, 0}}) {
-        const auto item = scratch.item(c.relative);
-        EXPECT_EQ(item->Exists(), c.exists) << c.relative;
-        EXPECT_EQ(item->Directory(), c.directory) << c.relative;
-        EXPECT_EQ(item->Length(), c.length) << c.relative;
-        EXPECT_EQ(item->Count(), c.count) << c.relative;
+    for (const auto& [relative, exists, directory, length] : cases) {
+        const auto item = scratch.item(relative);
+        EXPECT_EQ(item->Exists(), exists) << relative;
+        EXPECT_EQ(item->Directory(), directory) << relative;
+        EXPECT_EQ(item->Length(), length) << relative;
+        EXPECT_EQ(item->Count(), 0) << relative;
     }
 }
 
