@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <string>
+#include <tuple>
 
 #include "runtime/EncodingConversion.h"
 #include "runtime/StringFunctions.h"
@@ -17,42 +19,36 @@ TEST(ConvertEncoding, betweenEncodings_reEncodesEachCharacter) {
     const TextEncoding* utf16 = Encodings::UTF16;
     const TextEncoding* latin1 = Encodings::ISOLatin1;
     const TextEncoding* ascii = Encodings::ASCII;
-    const struct {
-        const char* name;
-        std::string bytes;
-        const TextEncoding* from;
-        const TextEncoding* to;
-        std::string expected;
-    } cases[] = {
-        {"utf8 to latin1", "caf\xC3\xA9", utf8, latin1, "caf\xE9"},
-        {"utf8 to utf16", "a\xC3\xA9", utf8, utf16, bytesOf("\x00\x61\x00\xE9", 4)},
-        {"utf8 to ascii", "caf\xC3\xA9", utf8, ascii, "caf?"},
-        {"euro to latin1", "\xE2\x82\xAC", utf8, latin1, "?"},
-        {"utf8 pair", "\xF0\x9F\x98\x80", utf8, utf16, bytesOf("\xD8\x3D\xDE\x00", 4)},
-        {"utf16 pair", bytesOf("\xD8\x3D\xDE\x00", 4), utf16, utf8, "\xF0\x9F\x98\x80"},
-        {"latin1 to utf8", "caf\xE9", latin1, utf8, "caf\xC3\xA9"},
-        {"ascii high byte as latin1", "\xE9\x80", ascii, utf8, "\xC3\xA9\xC2\x80"},
-        {"bad utf8 byte as latin1", "a\xFFz", utf8, utf16, bytesOf("\x00\x61\x00\xFF\x00z", 6)},
-        {"odd utf16 byte as latin1", bytesOf("\x00\x61\x41", 3), utf16, utf8, "aA"},
-        {"lone surrogate kept", bytesOf("\xD8\x00", 2), utf16, utf8, "\xED\xA0\x80"},
-        {"lone surrogate back", "\xED\xA0\x80", utf8, utf16, bytesOf("\xD8\x00", 2)},
-        {"nil read as utf8", "\xC3\xA9", nullptr, latin1, "\xE9"},
-        {"ascii text to utf16", "ok", ascii, utf16, bytesOf("\x00o\x00k", 4)},
-        {"to nil keeps bytes", "\xC3\xA9", utf8, nullptr, "\xC3\xA9"},
-        {"empty", "", utf8, utf16, ""},
-    };
-    for (const auto& c : cases) {
-        const String converted = ConvertEncoding(String(c.bytes, c.from), c.to);
-        EXPECT_EQ(converted.bytes(), c.expected) << c.name;
-        EXPECT_EQ(Encoding(converted), c.to) << c.name;
+    const std::tuple<const char*, std::string, const TextEncoding*, const TextEncoding*,
+                     std::string>
+        cases[] = {
+            {"utf8 to latin1", "caf\xC3\xA9", utf8, latin1, "caf\xE9"},
+            {"utf8 to utf16", "a\xC3\xA9", utf8, utf16, bytesOf("\x00\x61\x00\xE9", 4)},
+            {"utf8 to ascii", "caf\xC3\xA9", utf8, ascii, "caf?"},
+            {"euro to latin1", "\xE2\x82\xAC", utf8, latin1, "?"},
+            {"utf8 pair", "\xF0\x9F\x98\x80", utf8, utf16, bytesOf("\xD8\x3D\xDE\x00", 4)},
+            {"utf16 pair", bytesOf("\xD8\x3D\xDE\x00", 4), utf16, utf8, "\xF0\x9F\x98\x80"},
+            {"latin1 to utf8", "caf\xE9", latin1, utf8, "caf\xC3\xA9"},
+            {"ascii high byte as latin1", "\xE9\x80", ascii, utf8, "\xC3\xA9\xC2\x80"},
+            {"bad utf8 byte as latin1", "a\xFFz", utf8, utf16, bytesOf("\x00\x61\x00\xFF\x00z", 6)},
+            {"odd utf16 byte as latin1", bytesOf("\x00\x61\x41", 3), utf16, utf8, "aA"},
+            {"lone surrogate kept", bytesOf("\xD8\x00", 2), utf16, utf8, "\xED\xA0\x80"},
+            {"lone surrogate back", "\xED\xA0\x80", utf8, utf16, bytesOf("\xD8\x00", 2)},
+            {"nil read as utf8", "\xC3\xA9", nullptr, latin1, "\xE9"},
+            {"ascii text to utf16", "ok", ascii, utf16, bytesOf("\x00o\x00k", 4)},
+            {"to nil keeps bytes", "\xC3\xA9", utf8, nullptr, "\xC3\xA9"},
+            {"empty", "", utf8, utf16, ""},
+        };
+    for (const auto& [name, bytes, from, to, expected] : cases) {
+        const String converted = ConvertEncoding(String(bytes, from), to);
+        EXPECT_EQ(converted.bytes(), expected) << name;
+        EXPECT_EQ(Encoding(converted), to) << name;
     }
 }
 
 TEST(ConvertEncoding, everyLatin1Byte_survivesARoundTrip) {
     std::string all(256, '\0');
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        all[i] = static_cast<char>(i);
-    }
+    std::iota(all.begin(), all.end(), '\0');
     for (const TextEncoding* via : {Encodings::UTF8, Encodings::UTF16}) {
         for (const TextEncoding* from : {Encodings::ISOLatin1, Encodings::ASCII}) {
             const String there = ConvertEncoding(String(all, from), via);
@@ -85,11 +81,7 @@ TEST(DefineEncoding, newTag_keepsEveryByte) {
 }
 
 TEST(TextEncoding, chr_writesTheCharacterInThatEncoding) {
-    const struct {
-        const TextEncoding* encoding;
-        int64_t codePoint;
-        std::string expected;
-    } cases[] = {
+    const std::tuple<const TextEncoding*, int64_t, std::string> cases[] = {
         {Encodings::UTF8, 233, "\xC3\xA9"},
         {Encodings::UTF8, 0xDC00, "\xED\xB0\x80"},
         {Encodings::UTF8, 0x110000, ""},
@@ -101,10 +93,10 @@ TEST(TextEncoding, chr_writesTheCharacterInThatEncoding) {
         {Encodings::UTF16, 0x1F600, bytesOf("\xD8\x3D\xDE\x00", 4)},
         {Encodings::UTF16, -1, ""},
     };
-    for (const auto& c : cases) {
-        const String character = c.encoding->Chr(c.codePoint);
-        EXPECT_EQ(character.bytes(), c.expected) << c.codePoint;
-        EXPECT_EQ(Encoding(character), c.encoding);
+    for (const auto& [encoding, codePoint, expected] : cases) {
+        const String character = encoding->Chr(codePoint);
+        EXPECT_EQ(character.bytes(), expected) << codePoint;
+        EXPECT_EQ(Encoding(character), encoding);
     }
 }
 

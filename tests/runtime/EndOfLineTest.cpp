@@ -7,9 +7,10 @@
 namespace vx {
 namespace {
 
-TEST(EndOfLine, joinedToAString_addsOneLineFeedOnItsSide) {
+TEST(EndOfLine, joinedToAString_addsOneLineFeedOnItsSideOrRaisesWhenNil) {
     const String log = String("BUILD DONE...") + EndOfLine();
     EXPECT_EQ(log, String("BUILD DONE...\n"));
+    EXPECT_THROW(String("x") + Ref<class EndOfLine>(), NilObjectException);
     EXPECT_EQ("first" + EndOfLine() + "second", String("first\nsecond"));
     EXPECT_EQ(EndOfLine() + "x", String("\nx"));
     EXPECT_EQ(Encoding(log), Encodings::UTF8);
@@ -24,11 +25,6 @@ TEST(EndOfLine, sharedObject_convertsToTheUnixEnding) {
     EXPECT_EQ(EndOfLine::OSX(), EndOfLine::UNIX());
     EXPECT_EQ(EndOfLine::Macintosh(), ChrB(13));
     EXPECT_EQ(EndOfLine::Windows(), ChrB(13) + ChrB(10));
-}
-
-TEST(EndOfLine, nilReference_raisesOnJoin) {
-    const Ref<class EndOfLine> nothing;
-    EXPECT_THROW(String("x") + nothing, NilObjectException);
 }
 
 }  // namespace

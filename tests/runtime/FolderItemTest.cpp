@@ -1,12 +1,16 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
+#include <iterator>
 #include <set>
+#include <string_view>
+#include <tuple>
+#include <utility>
 
 #include "runtime/BinaryStream.h"
 #include "runtime/FileErrorCode.h"
@@ -21,42 +25,33 @@ namespace {
 
 using test::ScratchFolder;
 
-std::string bytesOf(const String& s) {
-    return std::string(s.bytes());
-}
-
 Ref<FolderItem> itemAt(const std::string& path) {
     return New<FolderItem>(String(std::string_view(path), nullptr), FolderItem::PathModeNative);
 }
 
-TEST(FolderItem, constructFromSpellings_givesOneNormalisedPath) {
-    struct Case {
-        const char* given;
-        const char* nativePath;
-        const char* name;
+TEST(FolderItem, constructAndChild_normalisePathsAndRefuseUnusableNames) {
+    // given, its path, its name, its parent's path ("" for none)
+    const std::array<std::string_view, 4> cases[] = {
+        {"/a//b/", "/a/b", "b", "/a"}, {"//a///b//c", "/a/b/c", "c", "/a/b"},
+        {"/a", "/a", "a", "/"},        {"/", "/", "", ""},
+        {"///", "/", "", ""},
     };
-    for (const Case& c : {Case{"/a//b/", "/a/b", "b"}, Case{"//a///b//c", "/a/b/c", "c"},
-                          Case{"/", "/", ""}, Case{"///", "/", ""}}) {
-        const auto item = itemAt(c.given);
-        EXPECT_EQ(bytesOf(item->NativePath()), c.nativePath) << c.given;
-        EXPECT_EQ(bytesOf(item->Name()), c.name) << c.given;
+    for (const auto& [given, path, name, parent] : cases) {
+        const auto item = itemAt(std::string(given));
+        EXPECT_EQ(item->NativePath().bytes(), path) << given;
+        EXPECT_EQ(item->Name().bytes(), name) << given;
+        EXPECT_EQ(item->Parent() ? item->Parent()->NativePath().bytes() : "", parent) << given;
     }
-    EXPECT_EQ(bytesOf(itemAt("/a/b")->Parent()->NativePath()), "/a");
-    EXPECT_EQ(bytesOf(itemAt("/a")->Parent()->NativePath()), "/");
-    EXPECT_EQ(itemAt("/")->Parent(), nullptr);
     EXPECT_THROW(FolderItem("/tmp", 0), UnsupportedFormatException);
     EXPECT_THROW(FolderItem(String(std::string_view("/a\0b", 4), nullptr), 3),
                  UnsupportedFormatException);
-}
-
-TEST(FolderItem, childWithUnusableName_isNil) {
     const auto root = itemAt("/");
-    for (const char* name : {"", ".", "..", "a/b"}) {
-        EXPECT_EQ(root->Child(name), nullptr) << name;
+    using namespace std::string_view_literals;
+    for (const std::string_view name : {""sv, "."sv, ".."sv, "a/b"sv, "a\0b"sv}) {
+        EXPECT_EQ(root->Child(String(name, nullptr)), nullptr) << name;
     }
-    EXPECT_EQ(root->Child(String(std::string_view("a\0b", 3), nullptr)), nullptr);
-    EXPECT_EQ(bytesOf(root->Child("tmp")->NativePath()), "/tmp");
-    EXPECT_EQ(bytesOf(itemAt("/tmp")->Child("x")->NativePath()), "/tmp/x");
+    EXPECT_EQ(root->Child("tmp")->NativePath().bytes(), "/tmp");
+    EXPECT_EQ(itemAt("/tmp")->Child("x")->NativePath().bytes(), "/tmp/x");
 }
 
 TEST(FolderItem, itemOfFolder_isSortedByBytesAndKeptOnceRead) {
@@ -69,7 +64,7 @@ TEST(FolderItem, itemOfFolder_isSortedByBytesAndKeptOnceRead) {
                                                "a_b",     "b", "\x7f", "\xc3\xa9"};
     ASSERT_EQ(folder->Count(), static_cast<int64_t>(expected.size()));
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(bytesOf(folder->Item(static_cast<int64_t>(i) + 1)->Name()), expected[i]);
+        EXPECT_EQ(folder->Item(static_cast<int64_t>(i) + 1)->Name().bytes(), expected[i]);
     }
 
     const String first = folder->Item(1)->NativePath();
@@ -95,21 +90,19 @@ TEST(FolderItem, propertiesOfEachKind_answerAsAFileSystemSees) {
     ScratchFolder scratch;
     scratch.writeFile("file", "12345");
     scratch.makeFolder("empty");
-    struct Case {
-        std::string relative;
-        bool exists;
-        bool directory;
-        uint64_t length;
-        int64_t count;
+    // name, exists, directory, length; none of them lists anything
+    const std::tuple<const char*, bool, bool, uint64_t> cases[] = {
+        {"file", true, false, 5},
+        {"empty", true, true, 0},
+        {"missing", false, false, 0},
+        {"missing/deeper", false, false, 0},
     };
-    for (const Case& c :
-         {Case{"file", true, false, 5, 0}, Case{"empty", true, true, 0, 0},
-          Case{"missing", false, false, 0, 0}, Case{"missing/deeper", false, false, 0, 0}}) {
-        const auto item = scratch.item(c.relative);
-        EXPECT_EQ(item->Exists(), c.exists) << c.relative;
-        EXPECT_EQ(item->Directory(), c.directory) << c.relative;
-        EXPECT_EQ(item->Length(), c.length) << c.relative;
-        EXPECT_EQ(item->Count(), c.count) << c.relative;
+    for (const auto& [relative, exists, directory, length] : cases) {
+        const auto item = scratch.item(relative);
+        EXPECT_EQ(item->Exists(), exists) << relative;
+        EXPECT_EQ(item->Directory(), directory) << relative;
+        EXPECT_EQ(item->Length(), length) << relative;
+        EXPECT_EQ(item->Count(), 0) << relative;
     }
 }
 
@@ -153,7 +146,7 @@ TEST(FolderItem, createDeleteAndOpen_reportFailuresThroughLastErrorCodeOrNil) {
 void collect(const Ref<FolderItem>& folder, const std::string& prefix, std::set<std::string>& out) {
     for (int64_t i = 1; i <= folder->Count(); ++i) {
         const auto entry = folder->Item(i);
-        const std::string path = prefix + bytesOf(entry->Name());
+        const std::string path = prefix + std::string(entry->Name().bytes());
         out.insert(path + (entry->Directory() ? "/" : ""));
         if (entry->Directory()) {
             collect(entry, path + "/", out);
@@ -185,22 +178,17 @@ TEST(FolderItem, linksLeadingBackToAnAncestor_answerAsEmptyFiles) {
     EXPECT_EQ(scratch.item("a/toFile")->Length(), 3u);
 }
 
-std::size_t openDescriptors() {
-    std::size_t count = 0;
-    for ([[maybe_unused]] const auto& entry :
-         std::filesystem::directory_iterator("/proc/self/fd")) {
-        ++count;
-    }
-    return count;
-}
-
 TEST(FolderItem, walkOfManyFolders_keepsOnlyTheRootsDescriptorOpen) {
     ScratchFolder scratch;
     for (int i = 0; i < 60; ++i) {
         scratch.writeFile("tree/branch" + std::to_string(i) + "/leaf/file", "x");
     }
+    const auto openDescriptors = [] {
+        namespace fs = std::filesystem;
+        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+    };
     const auto root = scratch.item("tree");
-    const std::size_t before = openDescriptors();
+    const auto before = openDescriptors();
     std::set<std::string> reached;
     collect(root, "", reached);
     EXPECT_EQ(reached.size(), 180u);
@@ -209,9 +197,10 @@ TEST(FolderItem, walkOfManyFolders_keepsOnlyTheRootsDescriptorOpen) {
 
 TEST(FolderItem, permissionsAsUnprivilegedUser_answerTheCurrentState) {
     ScratchFolder scratch;
-    ::chmod(scratch.writeFile("private", "x").c_str(), 0600);
-    ::chmod(scratch.writeFile("public", "x").c_str(), 0644);
-    ::chmod(scratch.writeFile("shared", "x").c_str(), 0666);
+    for (const auto& [name, mode] :
+         {std::pair{"private", 0600}, {"public", 0644}, {"shared", 0666}}) {
+        ::chmod(scratch.writeFile(name, "x").c_str(), mode);
+    }
     scratch.writeFile("closed/inside", "x");
     ::chmod(scratch.path("closed").c_str(), 0700);
 
@@ -224,8 +213,8 @@ TEST(FolderItem, permissionsAsUnprivilegedUser_answerTheCurrentState) {
         }
         const auto closed = scratch.item("closed");
         const int64_t count = closed->Count();
-        out += "closed " + std::to_string(count) + " " + std::to_string(closed->LastErrorCode());
-        return out;
+        return out + "closed " + std::to_string(count) + " " +
+               std::to_string(closed->LastErrorCode());
     });
     EXPECT_EQ(answers, "private -- public r- shared rw closed 0 102");
     EXPECT_EQ(scratch.item("closed")->Count(), 1);
@@ -248,19 +237,21 @@ TEST(FolderItem, launch_reachesTheInstalledServices) {
     }
     itemAt("/tmp/y")->Launch(false);
     ASSERT_EQ(ui.launchedPaths.size(), 1u);
-    EXPECT_EQ(bytesOf(ui.launchedPaths[0]), "/tmp/x");
+    EXPECT_EQ(ui.launchedPaths[0].bytes(), "/tmp/x");
     EXPECT_TRUE(ui.launchActivations[0]);
 }
 
 TEST(SpecialFolder, temporary_followsTMPDIR) {
     const char* saved = std::getenv("TMPDIR");
     const std::string restore = saved ? saved : "";
-    for (const auto& [value, expected] : {std::pair{"/var/tmp/", "/var/tmp"}, {"", "/tmp"}}) {
-        ::setenv("TMPDIR", value, 1);
-        EXPECT_EQ(bytesOf(SpecialFolder::Temporary()->NativePath()), expected);
+    // nullptr: TMPDIR not set at all
+    for (const auto& [value, expected] :
+         {std::pair<const char*, const char*>{"/var/tmp/", "/var/tmp"},
+          {"", "/tmp"},
+          {nullptr, "/tmp"}}) {
+        value ? ::setenv("TMPDIR", value, 1) : ::unsetenv("TMPDIR");
+        EXPECT_EQ(SpecialFolder::Temporary()->NativePath().bytes(), expected);
     }
-    ::unsetenv("TMPDIR");
-    EXPECT_EQ(bytesOf(SpecialFolder::Temporary()->NativePath()), "/tmp");
     if (saved) {
         ::setenv("TMPDIR", restore.c_str(), 1);
     }

@@ -2,36 +2,32 @@
 
 #include <cstdint>
 #include <limits>
+#include <numeric>
 #include <string>
+#include <utility>
 
 #include "runtime/Hex.h"
 #include "runtime/StringFunctions.h"
 #include "runtime/TextEncoding.h"
 
 namespace vx {
-namespace {
 
 TEST(Hex, numbers_upperCaseWithoutLeadingZeros) {
-    const struct {
-        int64_t value;
-        const char* expected;
-    } integers[] = {
+    using I = std::numeric_limits<int64_t>;
+    const std::pair<int64_t, const char*> integers[] = {
         {0, "0"},
         {255, "FF"},
         {0x1234ABCD, "1234ABCD"},
         {-1, "FFFFFFFFFFFFFFFF"},
-        {std::numeric_limits<int64_t>::min(), "8000000000000000"},
-        {std::numeric_limits<int64_t>::max(), "7FFFFFFFFFFFFFFF"},
+        {I::min(), "8000000000000000"},
+        {I::max(), "7FFFFFFFFFFFFFFF"},
     };
-    for (const auto& c : integers) {
-        EXPECT_EQ(Hex(c.value).bytes(), c.expected);
+    for (const auto& [value, expected] : integers) {
+        EXPECT_EQ(Hex(value).bytes(), expected);
     }
     EXPECT_EQ(Hex(25).bytes(), "19");  // an int picks the integer form
-
-    const struct {
-        double value;
-        const char* expected;
-    } doubles[] = {
+    // Doubles are cut towards zero and held to the range of Int64.
+    const std::pair<double, const char*> doubles[] = {
         {3846526496.75, "E5455620"},
         {255.9, "FF"},
         {-1.5, "FFFFFFFFFFFFFFFF"},
@@ -40,16 +36,14 @@ TEST(Hex, numbers_upperCaseWithoutLeadingZeros) {
         {-1e300, "8000000000000000"},
         {std::numeric_limits<double>::quiet_NaN(), "0"},
     };
-    for (const auto& c : doubles) {
-        EXPECT_EQ(Hex(c.value).bytes(), c.expected) << c.value;
+    for (const auto& [value, expected] : doubles) {
+        EXPECT_EQ(Hex(value).bytes(), expected) << value;
     }
 }
 
 TEST(EncodeHex, bytes_roundTripThroughDecodeHex) {
     std::string all(256, '\0');
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        all[i] = static_cast<char>(i);
-    }
+    std::iota(all.begin(), all.end(), '\0');
     const String bytes(all, Encodings::ASCII);
     const String packed = EncodeHex(bytes, false);
     EXPECT_EQ(LenB(packed), 512);
@@ -62,16 +56,12 @@ TEST(EncodeHex, bytes_roundTripThroughDecodeHex) {
 }
 
 TEST(DecodeHex, badText_readsWhatItCan) {
-    const struct {
-        const char* text;
-        std::string expected;
-    } cases[] = {
+    const std::pair<const char*, std::string> cases[] = {
         {"6a6B", "jk"}, {" 61\t62\n", "ab"}, {"61G62", "a"}, {"616", "a"}, {"6 1", ""}, {"", ""},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(DecodeHex(c.text).bytes(), c.expected) << c.text;
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(DecodeHex(text).bytes(), expected) << text;
     }
 }
 
-}  // namespace
 }  // namespace vx

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "runtime/MemoryBlock.h"
 #include "runtime/RuntimeException.h"
@@ -8,7 +9,7 @@
 
 namespace vx {
 
-TEST(MemoryBlock, growingBySize_keepsTheFirstBytesAndZeroesTheRest) {
+TEST(MemoryBlock, resize_keepsTheFirstBytesAndZeroesTheRestOrRaisesBeyondMemory) {
     MemoryBlock block(0);
     block.Operator_Convert("abc");
     ASSERT_EQ(block.Size(), 3);
@@ -16,6 +17,8 @@ TEST(MemoryBlock, growingBySize_keepsTheFirstBytesAndZeroesTheRest) {
     EXPECT_EQ(block.bytes(), std::string_view("abc\0\0\0", 6));
     block.Size(2);
     EXPECT_EQ(block.bytes(), "ab");
+    EXPECT_THROW(block.Size(std::numeric_limits<int64_t>::max()), OutOfMemoryException);
+    EXPECT_EQ(block.Size(), 2);
 }
 
 TEST(MemoryBlock, stringValue_readsAndWritesBytesAtAnOffset) {
@@ -33,25 +36,15 @@ TEST(MemoryBlock, stringValue_readsAndWritesBytesAtAnOffset) {
 
 TEST(MemoryBlock, rangeOutsideTheBlock_raisesOutOfBounds) {
     MemoryBlock block(4);
-    const struct {
-        int64_t offset;
-        int64_t length;
-    } outside[] = {{-1, 1}, {0, 5},  {4, 1},
-                   {5, 0},  {2, -1}, {1, std::numeric_limits<int64_t>::max()}};
-    for (const auto& range : outside) {
-        SCOPED_TRACE(std::to_string(range.offset) + "," + std::to_string(range.length));
-        EXPECT_THROW(block.StringValue(range.offset, range.length, nullptr), OutOfBoundsException);
-        EXPECT_THROW(block.StringValue(range.offset, range.length, String("abcd")),
-                     OutOfBoundsException);
+    const std::tuple<int64_t, int64_t> outside[] = {
+        {-1, 1}, {0, 5}, {4, 1}, {5, 0}, {2, -1}, {1, std::numeric_limits<int64_t>::max()}};
+    for (const auto& [offset, length] : outside) {
+        SCOPED_TRACE(std::to_string(offset) + "," + std::to_string(length));
+        EXPECT_THROW(block.StringValue(offset, length, nullptr), OutOfBoundsException);
+        EXPECT_THROW(block.StringValue(offset, length, String("abcd")), OutOfBoundsException);
     }
     EXPECT_EQ(block.StringValue(4, 0, nullptr).byteLength(), 0U);
     EXPECT_THROW(MemoryBlock(-1), OutOfBoundsException);
-}
-
-TEST(MemoryBlock, sizeBeyondMemory_raisesOutOfMemory) {
-    MemoryBlock block(1);
-    EXPECT_THROW(block.Size(std::numeric_limits<int64_t>::max()), OutOfMemoryException);
-    EXPECT_EQ(block.Size(), 1);
 }
 
 }  // namespace vx

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <limits>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "runtime/Min.h"
 #include "runtime/NumberFormat.h"
@@ -15,43 +17,29 @@ namespace {
 constexpr const char* kDecimalMask = "-0.0##############";
 
 TEST(FormatNumber, masks_roundToTheirDecimalPlaces) {
-    const struct {
-        double value;
-        const char* mask;
-        const char* expected;
-    } cases[] = {
-        {0.5, kDecimalMask, "0.5"},
-        {-2, kDecimalMask, "-2.0"},
-        {1e-7, kDecimalMask, "0.0000001"},
-        {1234567.891, kDecimalMask, "1234567.891"},
-        {0.1 + 0.2, kDecimalMask, "0.3"},
-        {1e21, kDecimalMask, "1000000000000000000000.0"},
-        {-0.0, kDecimalMask, "0.0"},
-        {-1e-16, kDecimalMask, "0.0"},
-        {1e-15, kDecimalMask, "0.000000000000001"},
-        {0.9999999999999999, kDecimalMask, "1.0"},
-        {0.1234567890123456, kDecimalMask, "0.123456789012346"},
-        {0.5, "0", "1"},
-        {2.5, "0", "3"},
-        {99.5, "0", "100"},
-        {-0.4, "0", "0"},
-        {-0.5, "0", "-1"},
-        {3.14159, "#.##", "3.14"},
-        {0.5, "#.##", ".5"},
-        {1.005, "0.00", "1.01"},
-        {7, "000", "007"},
-        {5, "0.##", "5"},
-        {-5, "x-0", "x-5"},
-        {5, "x-0", "x5"},
-        {42, "(0) kg", "(42) kg"},
-        {0.5, "", "0.5"},
-        {1e21, "", "1e+21"},
-        {std::numeric_limits<double>::quiet_NaN(), kDecimalMask, "nan"},
-        {-std::numeric_limits<double>::infinity(), "0", "-inf"},
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    const std::pair<double, const char*> decimal[] = {
+        {0.5, "0.5"},        {0.9999999999999999, "1.0"},
+        {-2, "-2.0"},        {1234567.891, "1234567.891"},
+        {1e-7, "0.0000001"}, {1e-15, "0.000000000000001"},
+        {0.1 + 0.2, "0.3"},  {0.1234567890123456, "0.123456789012346"},
+        {-0.0, "0.0"},       {1e21, "1000000000000000000000.0"},
+        {-1e-16, "0.0"},     {nan, "nan"},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(FormatNumber(c.value, c.mask, false).bytes(), c.expected)
-            << c.value << " with " << c.mask;
+    for (const auto& [value, expected] : decimal) {
+        EXPECT_EQ(FormatNumber(value, kDecimalMask, false).bytes(), expected) << value;
+    }
+    const std::tuple<double, const char*, const char*> masked[] = {
+        {0.5, "0", "1"},           {2.5, "0", "3"},         {99.5, "0", "100"},
+        {-0.4, "0", "0"},          {-0.5, "0", "-1"},       {3.14159, "#.##", "3.14"},
+        {0.5, "#.##", ".5"},       {1.005, "0.00", "1.01"}, {7, "000", "007"},
+        {5, "0.##", "5"},          {-5, "x-0", "x-5"},      {5, "x-0", "x5"},
+        {42, "(0) kg", "(42) kg"}, {0.5, "", "0.5"},        {1e21, "", "1e+21"},
+        {-inf, "0", "-inf"},
+    };
+    for (const auto& [value, mask, expected] : masked) {
+        EXPECT_EQ(FormatNumber(value, mask, false).bytes(), expected) << value << " with " << mask;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <string>
+#include <tuple>
 
 #include "runtime/StringFunctions.h"
 #include "runtime/TextEncoding.h"
@@ -16,55 +17,42 @@ const std::string kMixedUTF16 = std::string("\x00\x61\x00\xE9\x20\xAC\xD8\x3D\xD
 
 TEST(StringFunctions, slicing_countsCharactersFromOneAndKeepsTheTag) {
     const String abc("abc");
+    const std::pair<String, std::string_view> ascii[] = {
+        {Mid(abc, 2), "bc"},          {Mid(abc, 3, 1), "c"},         {Mid(abc, 4, 1), ""},
+        {Mid(abc, 2, 0), ""},         {Mid(abc, 2, -3), ""},         {Mid("", 0, 1), ""},
+        {Mid(abc, 0, 2), "ab"},       {Mid(abc, -5), "abc"},         {Mid(abc, 2, INT64_MAX), "bc"},
+        {Mid(abc, INT64_MAX, 1), ""}, {Mid(abc, INT64_MIN, 1), "a"}, {Left(abc, 2), "ab"},
+        {Left(abc, 7), "abc"},        {Left(abc, -1), ""},           {Right(abc, 2), "bc"},
+        {Right(abc, 4), "abc"},       {Right(abc, 0), ""},
+    };
+    for (const auto& [result, expected] : ascii) {
+        EXPECT_EQ(result.bytes(), expected);
+        EXPECT_EQ(result.encoding(), Encodings::UTF8);
+    }
     const String mixed(kMixed, Encodings::UTF8);
     const String mixedUTF16(kMixedUTF16, Encodings::UTF16);
-    const struct {
-        const char* name;
-        String result;
-        std::string expected;
-        const TextEncoding* encoding = Encodings::UTF8;
-    } cases[] = {
-        {"mid to end", Mid(abc, 2), "bc"},
-        {"mid last", Mid(abc, 3, 1), "c"},
-        {"mid beyond end", Mid(abc, 4, 1), ""},
-        {"mid zero length", Mid(abc, 2, 0), ""},
-        {"mid negative length", Mid(abc, 2, -3), ""},
-        {"mid start zero on empty", Mid(String(""), 0, 1), ""},
-        {"mid start zero taken as one", Mid(abc, 0, 2), "ab"},
-        {"mid negative start to end", Mid(abc, -5), "abc"},
-        {"mid huge length", Mid(abc, 2, INT64_MAX), "bc"},
-        {"mid huge start", Mid(abc, INT64_MAX, 1), ""},
-        {"mid lowest start", Mid(abc, INT64_MIN, 1), "a"},
-        {"left shorter", Left(abc, 2), "ab"},
-        {"left longer", Left(abc, 7), "abc"},
-        {"left negative", Left(abc, -1), ""},
-        {"right shorter", Right(abc, 2), "bc"},
-        {"right longer", Right(abc, 4), "abc"},
-        {"right zero", Right(abc, 0), ""},
-        {"utf8 mid multibyte", Mid(mixed, 2, 2), "\xC3\xA9\xE2\x82\xAC"},
-        {"utf8 left multibyte", Left(mixed, 2), "a\xC3\xA9"},
-        {"utf8 right four bytes", Right(mixed, 1), "\xF0\x9F\x98\x80"},
-        {"ascii tag counts bytes", Mid(String(kMixed, Encodings::ASCII), 2, 2), "\xC3\xA9",
-         Encodings::ASCII},
-        {"nil tag counts bytes", Right(String(kMixed, nullptr), 2), "\x98\x80", nullptr},
-        {"utf16 surrogate pair is one", Right(mixedUTF16, 1), std::string("\xD8\x3D\xDE\x00", 4),
-         Encodings::UTF16},
-        {"utf16 mid", Mid(mixedUTF16, 2, 1), std::string("\x00\xE9", 2), Encodings::UTF16},
-        {"invalid utf8 byte is one character", Mid(String("a\xFFz"), 2, 1), "\xFF"},
-        {"truncated utf8 sequence", Right(String("\xE2\x82z"), 2), "\x82z"},
+    const std::tuple<String, std::string, const TextEncoding*> tagged[] = {
+        {Mid(mixed, 2, 2), "\xC3\xA9\xE2\x82\xAC", Encodings::UTF8},
+        {Left(mixed, 2), "a\xC3\xA9", Encodings::UTF8},
+        {Right(mixed, 1), "\xF0\x9F\x98\x80", Encodings::UTF8},
+        // Tags of one byte per character count bytes.
+        {Mid(String(kMixed, Encodings::ASCII), 2, 2), "\xC3\xA9", Encodings::ASCII},
+        {Right(String(kMixed, nullptr), 2), "\x98\x80", nullptr},
+        // A surrogate pair is one character.
+        {Right(mixedUTF16, 1), std::string("\xD8\x3D\xDE\x00", 4), Encodings::UTF16},
+        {Mid(mixedUTF16, 2, 1), std::string("\x00\xE9", 2), Encodings::UTF16},
+        // Bytes that are not UTF-8 count one character each.
+        {Mid(String("a\xFFz"), 2, 1), "\xFF", Encodings::UTF8},
+        {Right(String("\xE2\x82z"), 2), "\x82z", Encodings::UTF8},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.result.bytes(), c.expected) << c.name;
-        EXPECT_EQ(c.result.encoding(), c.encoding) << c.name;
+    for (const auto& [result, expected, encoding] : tagged) {
+        EXPECT_EQ(result.bytes(), expected);
+        EXPECT_EQ(result.encoding(), encoding);
     }
 }
 
 TEST(StringFunctions, lenAndLenB_differByTag) {
-    const struct {
-        std::string bytes;
-        const TextEncoding* encoding;
-        int64_t len;
-    } cases[] = {
+    const std::tuple<std::string, const TextEncoding*, int64_t> cases[] = {
         {"\xC3\xA9", Encodings::UTF8, 1},
         {kMixed, Encodings::UTF8, 4},
         {kMixed, Encodings::ASCII, 10},
@@ -78,31 +66,23 @@ TEST(StringFunctions, lenAndLenB_differByTag) {
         {"\xF4\x90\x80\x80", Encodings::UTF8, 4},  // past the last code point
         {"", Encodings::UTF8, 0},
     };
-    for (const auto& c : cases) {
-        const String text(c.bytes, c.encoding);
-        EXPECT_EQ(Len(text), c.len) << text.bytes();
-        EXPECT_EQ(LenB(text), static_cast<int64_t>(c.bytes.size()));
+    for (const auto& [bytes, encoding, len] : cases) {
+        const String text(bytes, encoding);
+        EXPECT_EQ(Len(text), len) << text.bytes();
+        EXPECT_EQ(LenB(text), static_cast<int64_t>(bytes.size()));
     }
 }
 
 TEST(StringFunctions, wholeResults_shareTheBytes) {
     const String text("a:b:c");
-    EXPECT_EQ(Mid(text, 1).bytes().data(), text.bytes().data());
-    EXPECT_EQ(Left(text, 99).bytes().data(), text.bytes().data());
-    EXPECT_EQ(Right(text, 5).bytes().data(), text.bytes().data());
-    EXPECT_EQ(Trim(text).bytes().data(), text.bytes().data());
-    EXPECT_EQ(ReplaceAll(text, "/", ":").bytes().data(), text.bytes().data());
-    EXPECT_EQ(Replace(text, "", "x").bytes().data(), text.bytes().data());
+    for (const String& same : {Mid(text, 1), Left(text, 99), Right(text, 5), Trim(text),
+                               ReplaceAll(text, "/", ":"), Replace(text, "", "x")}) {
+        EXPECT_EQ(same.bytes().data(), text.bytes().data());
+    }
 }
 
 TEST(StringFunctions, replace_firstOrEveryOccurrence) {
-    const struct {
-        const char* text;
-        const char* oldText;
-        const char* newText;
-        const char* first;
-        const char* all;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
         {"a::b::c", "::", "", "ab::c", "abc"},
         {"a:b", ":", "/", "a/b", "a/b"},
         {"abc", ":", "/", "abc", "abc"},
@@ -112,9 +92,9 @@ TEST(StringFunctions, replace_firstOrEveryOccurrence) {
         {"", "a", "b", "", ""},
         {"abc", "", "x", "abc", "abc"},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Replace(c.text, c.oldText, c.newText), String(c.first)) << c.text;
-        EXPECT_EQ(ReplaceAll(c.text, c.oldText, c.newText), String(c.all)) << c.text;
+    for (const auto& [text, oldText, newText, first, all] : cases) {
+        EXPECT_EQ(Replace(text, oldText, newText), String(first)) << text;
+        EXPECT_EQ(ReplaceAll(text, oldText, newText), String(all)) << text;
     }
     const String raw(std::string_view("x\xFFx"), Encodings::ASCII);
     EXPECT_EQ(ReplaceAll(raw, "x", "yy").encoding(), Encodings::ASCII);
@@ -122,11 +102,7 @@ TEST(StringFunctions, replace_firstOrEveryOccurrence) {
 }
 
 TEST(StringFunctions, trim_removesWhiteSpaceAtBothEnds) {
-    const struct {
-        std::string bytes;
-        const TextEncoding* encoding;
-        std::string expected;
-    } cases[] = {
+    const std::tuple<std::string, const TextEncoding*, std::string> cases[] = {
         {"  index.html\t\r\n", Encodings::UTF8, "index.html"},
         {"\x0B\x0C a b \x0B", Encodings::UTF8, "a b"},
         {" \t\r\n", Encodings::UTF8, ""},
@@ -135,10 +111,10 @@ TEST(StringFunctions, trim_removesWhiteSpaceAtBothEnds) {
         {std::string("\x00 \x00x\x00 ", 6), Encodings::UTF16, std::string("\x00x", 2)},
         {std::string("\x20\x00", 2), Encodings::UTF16, std::string("\x20\x00", 2)},  // U+2000
     };
-    for (const auto& c : cases) {
-        const String result = Trim(String(c.bytes, c.encoding));
-        EXPECT_EQ(result.bytes(), c.expected);
-        EXPECT_EQ(result.encoding(), c.encoding);
+    for (const auto& [bytes, encoding, expected] : cases) {
+        const String result = Trim(String(bytes, encoding));
+        EXPECT_EQ(result.bytes(), expected);
+        EXPECT_EQ(result.encoding(), encoding);
     }
 }
 

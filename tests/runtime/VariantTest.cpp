@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
+#include <string_view>
+#include <tuple>
+#include <utility>
 
 #include "runtime/Array.h"
 #include "runtime/Date.h"
@@ -13,31 +15,27 @@ namespace vx {
 namespace {
 
 TEST(Variant, makingFunctions_giveTheKindNumbers) {
-    const struct {
-        const char* kind;
-        Variant value;
-        int32_t varType;
-    } cases[] = {
-        {"Int32", Int32ToVariant(0), 2},
-        {"Int64", Int64ToVariant(0), 3},
-        {"Single", SingleToVariant(0), 4},
-        {"Double", DoubleToVariant(0), 5},
-        {"Currency", CurrencyToVariant(Currency()), VarTypes::Currency},
-        {"Date", New<Date>(), VarTypes::Date},
-        {"String", StringToVariant("x"), 8},
-        {"Dictionary", New<Dictionary>(), 9},
-        {"Boolean", BooleanToVariant(false), 11},
-        {"Color", ColorToVariant(Color()), VarTypes::Color},
-        {"Text", TextToVariant(Text()), VarTypes::Text},
-        {"UInt32", UInt32ToVariant(0), VarTypes::UInt32},
-        {"UInt64", UInt64ToVariant(0), VarTypes::UInt64},
-        {"Ptr", PtrToVariant(Ptr()), VarTypes::Ptr},
-        {"array of String", CreateArray<String>(1), 4096 | 8},
-        {"array of Variant", CreateArray<Variant>(1), 4096 | VarTypes::Variant},
-        {"array of Dictionary", CreateArray<Ref<Dictionary>>(0), 4096 | 9},
+    const std::pair<Variant, int32_t> cases[] = {
+        {Int32ToVariant(0), 2},
+        {Int64ToVariant(0), 3},
+        {SingleToVariant(0), 4},
+        {DoubleToVariant(0), 5},
+        {StringToVariant("x"), 8},
+        {New<Dictionary>(), 9},
+        {BooleanToVariant(false), 11},
+        {New<Date>(), VarTypes::Date},
+        {CurrencyToVariant(Currency()), VarTypes::Currency},
+        {ColorToVariant(Color()), VarTypes::Color},
+        {TextToVariant(Text()), VarTypes::Text},
+        {UInt32ToVariant(0), VarTypes::UInt32},
+        {UInt64ToVariant(0), VarTypes::UInt64},
+        {PtrToVariant(Ptr()), VarTypes::Ptr},
+        {CreateArray<String>(1), 4096 | 8},
+        {CreateArray<Variant>(1), 4096 | VarTypes::Variant},
+        {CreateArray<Ref<Dictionary>>(0), 4096 | 9},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(VarType(c.value), c.varType) << c.kind;
+    for (const auto& [value, varType] : cases) {
+        EXPECT_EQ(VarType(value), varType);
     }
 }
 
@@ -58,46 +56,40 @@ TEST(Variant, compareAndHash_agreeAcrossKinds) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const auto table = New<Dictionary>();
     const auto list = CreateArray<int64_t>(0);
-    const struct {
-        const char* what;
-        Variant left;
-        Variant right;
-        bool equal;
-    } cases[] = {
-        {"Int32 1, Int64 1", 1, int64_t{1}, true},
-        {"Int64 1, Double 1.0", int64_t{1}, 1.0, true},
-        {"Single 1, UInt64 1", 1.0f, uint64_t{1}, true},
-        {"UInt32 7, Int32 7", 7U, 7, true},
-        {"Double -0, Int64 0", -0.0, int64_t{0}, true},
-        {"UInt64 2^63, Double 2^63", uint64_t{1} << 63, 0x1p63, true},
-        {"NaN, NaN", nan, nan, true},
-        {"Strings under two tags", String(std::string_view("a"), Encodings::ASCII),
+    const std::tuple<Variant, Variant, bool> cases[] = {
+        {1, int64_t{1}, true},
+        {int64_t{1}, 1.0, true},
+        {1.0f, uint64_t{1}, true},
+        {7U, 7, true},
+        {-0.0, int64_t{0}, true},
+        {uint64_t{1} << 63, 0x1p63, true},
+        {nan, nan, true},
+        {String(std::string_view("a"), Encodings::ASCII),
          String(std::string_view("a"), Encodings::UTF8), true},
-        {"nil, nil", Variant(), Variant(), true},
-        {"one object", table, table, true},
-        {"one array", list, list, true},
-        {"Int64 1, String 1", int64_t{1}, "1", false},
-        {"String a, String A", "a", "A", false},
-        {"Double 0.5, Int64 0", 0.5, int64_t{0}, false},
-        {"Int64 max, Double 2^63", std::numeric_limits<int64_t>::max(), 0x1p63, false},
-        {"Int64 2^53+1, Double 2^53", (int64_t{1} << 53) + 1, 0x1p53, false},
-        {"Int64 -1, UInt64 max", int64_t{-1}, std::numeric_limits<uint64_t>::max(), false},
-        {"Int64 -1, Double -1.5", int64_t{-1}, -1.5, false},
-        {"NaN, infinity", nan, std::numeric_limits<double>::infinity(), false},
-        {"Boolean True, Int64 1", true, int64_t{1}, false},
-        {"Currency 1, Int64 1", Currency::fromTenThousandths(10000), int64_t{1}, false},
-        {"Text a, String a", Text("a"), "a", false},
-        {"two tables", table, New<Dictionary>(), false},
-        {"two arrays", list, CreateArray<int64_t>(0), false},
+        {Variant(), Variant(), true},
+        {table, table, true},
+        {list, list, true},
+        {int64_t{1}, "1", false},
+        {"a", "A", false},
+        {0.5, int64_t{0}, false},
+        {std::numeric_limits<int64_t>::max(), 0x1p63, false},
+        {(int64_t{1} << 53) + 1, 0x1p53, false},
+        {int64_t{-1}, std::numeric_limits<uint64_t>::max(), false},
+        {int64_t{-1}, -1.5, false},
+        {nan, std::numeric_limits<double>::infinity(), false},
+        {true, int64_t{1}, false},
+        {Currency::fromTenThousandths(10000), int64_t{1}, false},
+        {Text("a"), "a", false},
+        {table, New<Dictionary>(), false},
+        {list, CreateArray<int64_t>(0), false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const int32_t forward = VariantCompare(c.left, c.right);
-        const int32_t backward = VariantCompare(c.right, c.left);
-        EXPECT_EQ(forward == 0, c.equal);
-        EXPECT_EQ(forward, -backward);
-        if (c.equal) {
-            EXPECT_EQ(c.left.Operator_Hash(), c.right.Operator_Hash());
+    for (const auto& [left, right, equal] : cases) {
+        SCOPED_TRACE(std::to_string(VarType(left)) + " against " + std::to_string(VarType(right)));
+        const int32_t forward = VariantCompare(left, right);
+        EXPECT_EQ(forward == 0, equal);
+        EXPECT_EQ(forward, -VariantCompare(right, left));
+        if (equal) {
+            EXPECT_EQ(left.Operator_Hash(), right.Operator_Hash());
         }
     }
 }
@@ -111,41 +103,36 @@ TEST(Variant, compare_ordersNumbersByValueAcrossKinds) {
     }
 }
 
+template <class T>
+Variant arrayOf(std::initializer_list<T> elements) {
+    return New<Array<T>>(elements);
+}
+
 TEST(Variant, arrayAssignment_readsEachElementKindThroughItsCode) {
-    const struct {
-        const char* what;
-        Variant array;
-        int32_t code;
-        int32_t elementVarType;
-    } cases[] = {
-        {"Boolean", New<Array<bool>>(std::initializer_list<bool>{true}), 16, 11},
-        {"Int64", New<Array<int64_t>>(std::initializer_list<int64_t>{5}), 11, 3},
-        {"Double", New<Array<double>>(std::initializer_list<double>{0.5}), 2, 5},
-        {"Single", New<Array<float>>(std::initializer_list<float>{0.5f}), 1, 4},
-        {"String", New<Array<String>>(std::initializer_list<String>{"s"}), 3, 8},
-        {"object",
-         New<Array<Ref<Dictionary>>>(std::initializer_list<Ref<Dictionary>>{New<Dictionary>()}), 4,
-         9},
+    // the array, the code that asks for its element kind, that kind's VarType
+    const std::tuple<Variant, int32_t, int32_t> cases[] = {
+        {arrayOf({true}), 16, 11},      {arrayOf({int64_t{5}}), 11, 3},
+        {arrayOf({0.5}), 2, 5},         {arrayOf({0.5f}), 1, 4},
+        {arrayOf({String("s")}), 3, 8}, {arrayOf({New<Dictionary>()}), 4, 9},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const Ref<ArrayBase> array = VariantArrayAssignmentWithTypeCheck(c.code, c.array);
-        EXPECT_EQ(VariantCompare(Variant(array), c.array), 0) << "the held array itself";
-        EXPECT_EQ(VarType(array->ElementAt(0)), c.elementVarType);
+    for (const auto& [source, code, elementVarType] : cases) {
+        SCOPED_TRACE(code);
+        const Ref<ArrayBase> array = VariantArrayAssignmentWithTypeCheck(code, source);
+        EXPECT_EQ(VariantCompare(Variant(array), source), 0) << "the held array itself";
+        EXPECT_EQ(VarType(array->ElementAt(0)), elementVarType);
         for (const auto& other : cases) {
-            if (other.code != c.code) {
-                EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(other.code, c.array),
-                             TypeMismatchException)
-                    << other.what;
+            if (std::get<1>(other) != code) {
+                EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(std::get<1>(other), source),
+                             TypeMismatchException);
             }
         }
     }
-    EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(99, cases[0].array), TypeMismatchException);
+    EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(99, arrayOf({true})), TypeMismatchException);
     EXPECT_THROW(VariantArrayAssignmentWithTypeCheck(3, "not an array"), TypeMismatchException);
 }
 
 TEST(Variant, arrayOf32BitIntegers_isReadAs64BitValues) {
-    const Variant narrow = New<Array<int32_t>>(std::initializer_list<int32_t>{-1, 7, 2147483647});
+    const Variant narrow = arrayOf<int32_t>({-1, 7, 2147483647});
     ASSERT_EQ(VariantGetArrayElementType(narrow), 2);
     EXPECT_THROW(VariantGetArrayElementType("a"), TypeMismatchException);
     const Ref<ArrayBase> wide = VariantArrayAssignmentWithTypeCheck(11, narrow);
