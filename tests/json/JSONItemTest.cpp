@@ -218,16 +218,13 @@ TEST(JSONItem, convertedFromDictionary_takesStringKeysAndValuesAsTheyAre) {
 }
 
 TEST(JSONItem, deepChain_isReleasedWithoutExhaustingTheStack) {
-    auto root = New<JSONItem>();
+    auto root = chain(200000, true);
     Ref<JSONItem> tail = root;
-    for (int i = 0; i < 200000; ++i) {
-        auto next = New<JSONItem>();
-        tail->Append(Variant(next));
-        tail = next;
+    while (tail->Count() > 0) {
+        tail = tail->Child(int64_t{0});
     }
-    std::weak_ptr<JSONItem> watch = tail.shared();
-    tail = nullptr;
-    root = nullptr;
+    const std::weak_ptr<JSONItem> watch = tail.shared();
+    tail = root = nullptr;
     EXPECT_TRUE(watch.expired());
 }
 
