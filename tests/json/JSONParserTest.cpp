@@ -144,7 +144,6 @@ TEST(JSONParser, parsedText_printsInTheOneFormAndComesBackUnchanged) {
     const std::pair<std::string, std::string> cases[] = {
         {" { \"a\" : [ 1 , 2.5 , true , false , null , \"x/y\" ] } ",
          R"({"a":[1,2.5,true,false,null,"x\/y"]})"},
-        {"[1e5, 2147483648, -0, 1.0, -0.5]", "[100000.0,2147483648,0,1.0,-0.5]"},
         {R"({"b":{},"a":[],"c":[{}]})", R"({"b":{},"a":[],"c":[{}]})"},
         {R"({"a":1,"a":2})", R"({"a":2})"},
         {"[\"\\u0001\xC3\xA9\\t\\\"\"]", "[\"\\u0001\xC3\xA9\\t\\\"\"]"},
