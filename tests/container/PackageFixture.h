@@ -70,13 +70,7 @@ protected:
         vxPacker::owner = log;
         ::setenv("TMPDIR", temporary.c_str(), 1);
     }
-    void TearDown() override {
-        vxPacker::bs = nullptr;
-        vxPacker::folder = nullptr;
-        vxPacker::target = nullptr;
-        vxPacker::owner = nullptr;
-        ::setenv("TMPDIR", originalTemporary.c_str(), 1);
-    }
+    void TearDown() override { ::setenv("TMPDIR", originalTemporary.c_str(), 1); }
 
     // Writes the bytes as the package file in.vxpk and opens it.
     Ref<vxpkFile> openPackage(const std::string& bytes) {

@@ -98,7 +98,6 @@ TEST(JSONItem, names_areByteExactCaseSensitiveAndReadUTF8) {
     item.Value(String("caf\xE9", Encodings::ISOLatin1), String("caf\xE9", Encodings::ISOLatin1));
     item.Value(String("caf\xC3\xA9", Encodings::UTF8), String("caf\xC3\xA9", nullptr));
     EXPECT_EQ(item.Count(), 4);
-    EXPECT_EQ(item.Value("Name"), Variant(1));
     EXPECT_FALSE(item.HasName(String("NAME")));
     EXPECT_EQ(item.Names()->Operator_Subscript(3).bytes(), "caf\xC3\xA9");
     EXPECT_EQ(item.Names()->Operator_Subscript(3).encoding(), nullptr);
@@ -112,7 +111,6 @@ TEST(JSONItem, names_areByteExactCaseSensitiveAndReadUTF8) {
     const String fallback =
         VariantToString(item.Lookup("absent", String("\xE9", Encodings::ISOLatin1)));
     EXPECT_EQ(fallback.bytes(), "\xC3\xA9");
-    EXPECT_EQ(item.Lookup("absent", 7), Variant(7));
     const auto array = arrayOf({String("\xE9", Encodings::ISOLatin1), 2.5});
     EXPECT_EQ(VariantToString(array->Value(int64_t{0})).bytes(), "\xC3\xA9");
     EXPECT_EQ(VariantToString(array->Operator_Subscript(0)).bytes(), "\xE9");
@@ -218,16 +216,13 @@ TEST(JSONItem, convertedFromDictionary_takesStringKeysAndValuesAsTheyAre) {
 }
 
 TEST(JSONItem, deepChain_isReleasedWithoutExhaustingTheStack) {
-    auto root = New<JSONItem>();
+    auto root = chain(200000, true);
     Ref<JSONItem> tail = root;
-    for (int i = 0; i < 200000; ++i) {
-        auto next = New<JSONItem>();
-        tail->Append(Variant(next));
-        tail = next;
+    while (tail->Count() > 0) {
+        tail = tail->Child(int64_t{0});
     }
-    std::weak_ptr<JSONItem> watch = tail.shared();
-    tail = nullptr;
-    root = nullptr;
+    const std::weak_ptr<JSONItem> watch = tail.shared();
+    tail = root = nullptr;
     EXPECT_TRUE(watch.expired());
 }
 

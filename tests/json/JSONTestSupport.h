@@ -48,4 +48,17 @@ inline std::string nested(int64_t depth, const std::string& open, const std::str
     return head + inner + tail;
 }
 
+// A chain of depth items, each an array holding the next, or an object
+// holding it under "k".
+inline Ref<JSONItem> chain(int64_t depth, bool arrays) {
+    auto root = New<JSONItem>();
+    Ref<JSONItem> tail = root;
+    for (int64_t i = 1; i < depth; ++i) {
+        auto next = New<JSONItem>();
+        arrays ? tail->Append(Variant(next)) : tail->Child("k", next);
+        tail = next;
+    }
+    return root;
+}
+
 }  // namespace vx
