@@ -69,9 +69,9 @@ TEST(UnhandledRoute, applicationHandlesIt_noReport) {
 TEST(UnhandledRoute, reportText_namesClassAndMessage) {
     TypeMismatchException failure;
     failure.Message = "not a number";
-    const std::string_view text = UnhandledExceptionText(failure).bytes();
-    EXPECT_NE(text.find("TypeMismatchException"), std::string_view::npos);
-    EXPECT_NE(text.find("not a number"), std::string_view::npos);
+    const String text = UnhandledExceptionText(failure);
+    EXPECT_NE(text.bytes().find("TypeMismatchException"), std::string_view::npos);
+    EXPECT_NE(text.bytes().find("not a number"), std::string_view::npos);
 }
 
 TEST(UITrap, otherThread_raisesOnlyOnceAnApplicationExists) {
