@@ -68,17 +68,11 @@ std::vector<bool> EditEnabled() {
     return enabled;
 }
 
-// The default window, shown and active, with its name field emptied.
-Ref<frmMain> EditingWindow() {
+TEST(EditMenu, focusOnAFieldOrElsewhere_itemsActOnTheFieldAndEnableWhereTheyCan) {
     test::StartApplication();
-    Ref<frmMain> window = frmMain::_ImplicitInstance();
-    EXPECT_TRUE(test::ShowActive(window->_Widget()));
-    window->txtName()->Text("");
-    return window;
-}
-
-TEST(EditMenu, focusedField_itemsActOnItAndEnableWhereTheyCan) {
-    Ref<frmMain> w = EditingWindow();
+    Ref<frmMain> w = frmMain::_ImplicitInstance();
+    ASSERT_TRUE(test::ShowActive(w->_Widget()));
+    w->txtName()->Text("");
     QApplication::clipboard()->clear();
     w->txtName()->SetFocus();
     //                                    Undo   Cut    Copy   Paste  Delete SelectAll
@@ -103,23 +97,20 @@ TEST(EditMenu, focusedField_itemsActOnItAndEnableWhereTheyCan) {
     test::Choose("EditCut");
     EXPECT_EQ(w->txtName()->Text(), "");
     EXPECT_EQ(QApplication::clipboard()->text(), "hello");
-}
 
-TEST(EditMenu, focusElsewhereOrReadOnly_editItemsDisabledSaveCopyAndSelectAll) {
-    Ref<frmMain> w = EditingWindow();
-    QApplication::clipboard()->setText("x");
+    // With the focus on a button the edit items are off and leave the field alone.
     w->txtName()->Text("text");
     w->cmdNEXT()->SetFocus();
-
     EXPECT_EQ(EditEnabled(), std::vector<bool>(6, false));
     test::Choose("EditSelectAll");
     test::Choose("EditPaste");
-    EXPECT_EQ(w->txtName()->Text(), "text") << "the field without focus is left alone";
+    EXPECT_EQ(w->txtName()->Text(), "text");
     for (const char* name : {"mnuNewBuild", "mnuExtract", "FileQuit"}) {
         EXPECT_TRUE(MainMenuBar::_Instance()->_Lookup(name)->Enabled()) << name;
     }
 
-    // A read-only field with a selection offers only Copy and Select All.
+    // A read-only field with a selection offers only Copy and Select All,
+    // though the clipboard holds text.
     w->txtName()->ReadOnly(true);
     w->txtName()->SetFocus();
     w->txtName()->SelectAll();

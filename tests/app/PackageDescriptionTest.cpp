@@ -3,7 +3,6 @@
 #include <functional>
 #include <string>
 
-#include "NamedCase.h"
 #include "PackageDescriptionText.h"
 #include "app/PackageDescription.h"
 #include "runtime/TextEncoding.h"
@@ -13,7 +12,6 @@ namespace vx {
 namespace {
 
 using PackageDescription::Fields;
-using test::PrintTo;
 
 Fields wizardDefaults() {
     return {.name = "My App",
@@ -35,71 +33,50 @@ TEST(PackageDescription, wizardDefaults_giveThePrettyDocumentMemberByMember) {
     EXPECT_EQ(textOf(wizardDefaults()), test::PackageDescriptionText());
 }
 
-struct FieldCase {
-    const char* name;
-    std::function<void(Fields&)> edit;
-    const char* expectedLine;
-};
-
-class FieldForms : public ::testing::TestWithParam<FieldCase> {};
-
-TEST_P(FieldForms, editedField_isWrittenInItsOwnForm) {
-    Fields fields = wizardDefaults();
-    GetParam().edit(fields);
-    EXPECT_NE(textOf(fields).find(GetParam().expectedLine), std::string::npos) << textOf(fields);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    PackageDescription, FieldForms,
-    ::testing::Values(FieldCase{"mainIsTrimmed", [](Fields& f) { f.main = "  start.html \t"; },
-                                "\n  \"main\":\"start.html\",\n"},
-                      FieldCase{"nameKeepsItsBlanks", [](Fields& f) { f.name = " My App "; },
-                                "\n  \"name\":\" My App \",\n"},
-                      FieldCase{"uidKeepsItsBlanks", [](Fields& f) { f.uid = "com.x.y "; },
-                                "\n  \"uid\":\"com.x.y \",\n"},
-                      FieldCase{"oneDigitVersionStaysText", [](Fields& f) { f.version = "2"; },
-                                "\n  \"version\":\"2\",\n"},
-                      FieldCase{"emptyTitleStaysAMember", [](Fields& f) { f.title = ""; },
-                                "\n    \"title\":\"\",\n"},
-                      FieldCase{"slashIsEscaped", [](Fields& f) { f.company = "Acme/Support"; },
-                                "\n  \"company\":\"Acme\\/Support\",\n"},
-                      FieldCase{"quoteIsEscaped", [](Fields& f) { f.name = "My \"Best\" App"; },
-                                "\n  \"name\":\"My \\\"Best\\\" App\",\n"},
-                      FieldCase{"emptyWidthIsZero", [](Fields& f) { f.width = ""; },
-                                "\n    \"width\":0.0,\n"},
-                      FieldCase{"heightReadsItsLeadingNumber", [](Fields& f) { f.height = "48px"; },
-                                "\n    \"height\":48.0\n"}),
-    test::CaseName);
-
-struct WriteCase {
-    const char* name;
-    std::string before;  // empty: no file yet
-    std::string text;
-};
-
-class Writing : public ::testing::TestWithParam<WriteCase> {};
-
-TEST_P(Writing, anyEarlierFile_endsAsExactlyTheNewText) {
-    test::ScratchFolder scratch;
-    if (!GetParam().before.empty()) {
-        scratch.writeFile("package.json", GetParam().before);
+TEST(PackageDescription, editedField_isWrittenInItsOwnForm) {
+    struct Case {
+        std::function<void(Fields&)> edit;
+        const char* expectedLine;
+    };
+    for (const Case& c : {
+             Case{[](Fields& f) { f.main = "  start.html \t"; }, "\n  \"main\":\"start.html\",\n"},
+             Case{[](Fields& f) { f.name = " My App "; }, "\n  \"name\":\" My App \",\n"},
+             Case{[](Fields& f) { f.uid = "com.x.y "; }, "\n  \"uid\":\"com.x.y \",\n"},
+             // A version that looks like a number stays text.
+             Case{[](Fields& f) { f.version = "2"; }, "\n  \"version\":\"2\",\n"},
+             Case{[](Fields& f) { f.title = ""; }, "\n    \"title\":\"\",\n"},
+             Case{[](Fields& f) { f.company = "Acme/Support"; },
+                  "\n  \"company\":\"Acme\\/Support\",\n"},
+             Case{[](Fields& f) { f.name = "My \"Best\" App"; },
+                  "\n  \"name\":\"My \\\"Best\\\" App\",\n"},
+             Case{[](Fields& f) { f.width = ""; }, "\n    \"width\":0.0,\n"},
+             // The leading number of the text, whatever follows.
+             Case{[](Fields& f) { f.height = "48px"; }, "\n    \"height\":48.0\n"},
+         }) {
+        Fields fields = wizardDefaults();
+        c.edit(fields);
+        EXPECT_NE(textOf(fields).find(c.expectedLine), std::string::npos) << textOf(fields);
     }
-    const String text(GetParam().text, Encodings::UTF8);
-
-    ASSERT_TRUE(PackageDescription::write(scratch.item("package.json"), text));
-
-    EXPECT_EQ(scratch.readFile("package.json"), GetParam().text);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PackageDescription, Writing,
-    ::testing::Values(WriteCase{"newFile", "", "{\n  \"a\":1\n}"},
-                      WriteCase{"longerOldFile", std::string(500, 'x'), "{\n  \"a\":1\n}"},
-                      WriteCase{"shorterOldFile", "{}", "{\n  \"a\":1\n}"},
-                      // More bytes than characters: the write runs past the cut.
-                      WriteCase{"nonAsciiOverLongerFile", std::string(40, 'x'),
-                                "{\"name\":\"Caf\xC3\xA9 \xE2\x82\xAC\"}"}),
-    test::CaseName);
+TEST(PackageDescription, anyEarlierFile_endsAsExactlyTheNewText) {
+    const std::string text = "{\n  \"a\":1\n}";
+    for (const auto& [before, written] : {
+             std::pair<std::string, std::string>{"", text},  // no file yet
+             {std::string(500, 'x'), text},
+             {"{}", text},
+             // More bytes than characters: the write runs past the cut.
+             {std::string(40, 'x'), "{\"name\":\"Caf\xC3\xA9 \xE2\x82\xAC\"}"},
+         }) {
+        test::ScratchFolder scratch;
+        if (!before.empty()) {
+            scratch.writeFile("package.json", before);
+        }
+        ASSERT_TRUE(PackageDescription::write(scratch.item("package.json"),
+                                              String(written, Encodings::UTF8)));
+        EXPECT_EQ(scratch.readFile("package.json"), written);
+    }
+}
 
 TEST(PackageDescription, fileThatCanNeitherBeOpenedNorMade_givesFalse) {
     test::ScratchFolder scratch;

@@ -35,18 +35,14 @@ protected:
         return window;
     }
 
-    // Browse for the source folder; the dialog answers with folder, or is
-    // cancelled when folder is nil.
+    // Browse for the source folder or the package file; the dialog answers
+    // with the item given, or is cancelled when it is nil.
     void BrowseFolder(const Ref<frmMain>& window, const Ref<FolderItem>& folder) {
-        if (folder) {
-            ui.selectFolderAnswers.push_back(folder);
-        }
+        ui.selectFolderAnswers.push_back(folder);
         window->cmdSelectAppFolder()->Push();
     }
     void BrowseFile(const Ref<frmMain>& window, const Ref<FolderItem>& file) {
-        if (file) {
-            ui.saveFolderItemAnswers.push_back(file);
-        }
+        ui.saveFolderItemAnswers.push_back(file);
         window->cmdSelectAppFile()->Push();
     }
 

@@ -4,9 +4,10 @@
 #include <QImage>
 #include <QTest>
 #include <QWidget>
+#include <ostream>
 #include <string>
+#include <string_view>
 
-#include "NamedCase.h"
 #include "WizardHarness.h"
 #include "runtime/ui/Picture.h"
 #include "support/ToolkitEnvironment.h"
@@ -29,7 +30,9 @@ struct StateCase {
     int64_t beeps;
     const char* focused;  // the field with the focus at the end; "" when no matter
 };
-using test::PrintTo;
+void PrintTo(const StateCase& c, std::ostream* out) {
+    *out << c.name;
+}
 
 class WizardStates : public WizardTest, public ::testing::WithParamInterface<StateCase> {
 protected:
@@ -58,8 +61,8 @@ protected:
 TEST_P(WizardStates, stepsFromANewWindow_endInTheExpectedState) {
     ASSERT_TRUE(test::ShowActive(wizard->_Widget()));
     wizard->txtVersion()->SetFocus();
-    for (const char* step = GetParam().steps; *step != '\0'; ++step) {
-        Take(*step);
+    for (const char step : std::string_view(GetParam().steps)) {
+        Take(step);
     }
     EXPECT_EQ(wizard->PagePanel1()->Value(), GetParam().page);
     EXPECT_EQ(wizard->lastPanel, GetParam().lastPanel);
@@ -98,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
         StateCase{"clearedNameDisablesBuild",             "FPn",    0, 0, false, 0, "txtVersion"},
         StateCase{"typingInTitleEnablesBuildAgain",       "FPnt",   0, 0, true,  0, "txtVersion"},
         StateCase{"continueStillRefusesAnEmptyName",      "FPntC",  0, 0, true,  1, "txtName"}),
-    test::CaseName);
+    [](const auto& testCase) { return std::string(testCase.param.name); });
 // clang-format on
 
 TEST_F(WizardTest, browseThenContinue_offerTheTypeAndANameAndFillThePacker) {

@@ -39,14 +39,38 @@ public:
     // Runs at every yield point, so a test can act in the middle of a long loop.
     std::function<void()> onBackgroundTask;
 
-    void MsgBox(const String& message) override;
-    void Beep() override;
-    void BackgroundTask() override;
-    Ref<FolderItem> SelectFolder() override;
-    Ref<FolderItem> GetSaveFolderItem(const String& filter, const String& defaultName) override;
+    void MsgBox(const String& message) override { messages.push_back(message); }
+    void Beep() override { ++beeps; }
+    void BackgroundTask() override {
+        ++backgroundTasks;
+        if (onBackgroundTask) {
+            onBackgroundTask();
+        }
+    }
+    Ref<FolderItem> SelectFolder() override { return Next(selectFolderAnswers); }
+    Ref<FolderItem> GetSaveFolderItem(const String& filter, const String& defaultName) override {
+        saveRequests.push_back({filter, defaultName});
+        return Next(saveFolderItemAnswers);
+    }
     Ref<FolderItem> ShowOpenDialog(const String& promptText, const String& title,
-                                   const String& filter) override;
-    void Launch(const FolderItem& item, bool activate) override;
+                                   const String& filter) override {
+        openRequests.push_back({promptText, title, filter});
+        return Next(openDialogAnswers);
+    }
+    void Launch(const FolderItem& item, bool activate) override {
+        launchedPaths.push_back(item.NativePath());
+        launchActivations.push_back(activate);
+    }
+
+private:
+    static Ref<FolderItem> Next(std::deque<Ref<FolderItem>>& answers) {
+        if (answers.empty()) {
+            return nullptr;
+        }
+        Ref<FolderItem> answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
 };
 
 // Installs services for the life of the object and puts back what was

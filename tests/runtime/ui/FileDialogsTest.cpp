@@ -5,6 +5,7 @@
 #include <QTest>
 #include <QTimer>
 #include <functional>
+#include <utility>
 
 #include "runtime/FolderItem.h"
 #include "runtime/ui/DesktopUIServices.h"
@@ -19,13 +20,15 @@ namespace {
 // Registers the types of the test and takes them out again afterwards.
 class FileDialogs : public ::testing::Test {
 protected:
+    static constexpr std::pair<const char*, const char*> types[] = {
+        {"Vantrelix App", ".vxpk"}, {"Any", ".*"}, {"Web Page", ".html;.htm"}};
     void SetUp() override {
-        RuntimeRegisterFileType("Vantrelix App", "", "????", ".vxpk", "");
-        RuntimeRegisterFileType("Any", "", "????", ".*", "");
-        RuntimeRegisterFileType("Web Page", "", "", ".html;.htm", "");
+        for (auto [name, extensions] : types) {
+            RuntimeRegisterFileType(name, "", "", extensions, "");
+        }
     }
     void TearDown() override {
-        for (const char* name : {"Vantrelix App", "Any", "Web Page"}) {
+        for (auto [name, extensions] : types) {
             RuntimeDeregisterFileType(name);
         }
     }
@@ -51,12 +54,6 @@ TEST_F(FileDialogs, filterOfTypeNames_givesNameFiltersOfTheirExtensions) {
     }
 }
 
-TEST_F(FileDialogs, deregisteredType_isNoLongerKnownByName) {
-    RuntimeDeregisterFileType("Vantrelix App");
-    EXPECT_FALSE(_IsFileTypeRegistered("Vantrelix App"));
-    EXPECT_EQ(_DialogNameFilters("Vantrelix App"), "Vantrelix App (*.Vantrelix App)");
-}
-
 // Answers the next modal file dialog as the test says, once it is up.
 void AnswerNextDialog(std::function<void(QFileDialog&)> answer) {
     QTimer::singleShot(0, [answer = std::move(answer)] {
@@ -70,10 +67,8 @@ TEST_F(FileDialogs, saveDialog_offersTheTypeAndAddsItsExtension) {
     test::ScratchFolder scratch;
     DesktopUIServices services;
     QStringList filters;
-    QString suffix;
     AnswerNextDialog([&](QFileDialog& dialog) {
         filters = dialog.nameFilters();
-        suffix = dialog.defaultSuffix();
         dialog.setDirectory(QString::fromStdString(scratch.path()));
         dialog.selectFile("My App");
         QMetaObject::invokeMethod(&dialog, "accept");
@@ -82,9 +77,8 @@ TEST_F(FileDialogs, saveDialog_offersTheTypeAndAddsItsExtension) {
     Ref<FolderItem> chosen = services.GetSaveFolderItem("Vantrelix App", "My App.vxpk");
 
     EXPECT_EQ(filters, QStringList{"Vantrelix App (*.vxpk)"});
-    EXPECT_EQ(suffix, "vxpk");
     ASSERT_NE(chosen, nullptr);
-    EXPECT_EQ(chosen->NativePath(), String((scratch.path("My App.vxpk")).c_str()));
+    EXPECT_EQ(chosen->NativePath().bytes(), scratch.path("My App.vxpk")) << "the suffix is added";
 }
 
 TEST_F(FileDialogs, cancelledDialogs_giveNil) {

@@ -1,55 +1,47 @@
 #include <fontconfig/fontconfig.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <set>
 #include <string>
-#include <vector>
 
 #include "runtime/ui/FontConfiguration.h"
 
 namespace vx {
 namespace {
 
-std::string FileOf(FcPattern* font) {
-    FcChar8* file = nullptr;
-    return FcPatternGetString(font, FC_FILE, 0, &file) == FcResultMatch
-               ? reinterpret_cast<const char*>(file)
+std::string StringOf(FcPattern* pattern, const char* field) {
+    FcChar8* value = nullptr;
+    return pattern != nullptr && FcPatternGetString(pattern, field, 0, &value) == FcResultMatch
+               ? reinterpret_cast<const char*>(value)
                : "";
 }
 
 // What a configuration offers to the toolkit: every font file with its
 // family, and the file that each generic request resolves to, which the
 // rules of the configuration files decide.
-std::string Offered(FcConfig* config) {
-    std::vector<std::string> lines;
+std::multiset<std::string> Offered(FcConfig* config) {
+    std::multiset<std::string> lines;
     FcPattern* all = FcPatternCreate();
     FcObjectSet* fields = FcObjectSetBuild(FC_FAMILY, FC_FILE, nullptr);
     FcFontSet* fonts = FcFontList(config, all, fields);
     for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
-        FcChar8* family = nullptr;
-        FcPatternGetString(fonts->fonts[i], FC_FAMILY, 0, &family);
-        lines.push_back(FileOf(fonts->fonts[i]) + " " +
-                        (family != nullptr ? reinterpret_cast<const char*>(family) : ""));
+        lines.insert(StringOf(fonts->fonts[i], FC_FILE) + " " +
+                     StringOf(fonts->fonts[i], FC_FAMILY));
     }
-    std::sort(lines.begin(), lines.end());
     for (const char* generic : {"sans-serif", "serif", "monospace", "Monaco"}) {
         FcPattern* request = FcNameParse(reinterpret_cast<const FcChar8*>(generic));
         FcConfigSubstitute(config, request, FcMatchPattern);
         FcDefaultSubstitute(request);
         FcResult result = FcResultNoMatch;
         FcPattern* match = FcFontMatch(config, request, &result);
-        lines.push_back(std::string(generic) + " -> " + (match != nullptr ? FileOf(match) : ""));
+        lines.insert(std::string(generic) + " -> " + StringOf(match, FC_FILE));
         FcPatternDestroy(match);
         FcPatternDestroy(request);
     }
     FcFontSetDestroy(fonts);
     FcObjectSetDestroy(fields);
     FcPatternDestroy(all);
-    std::string text;
-    for (const std::string& line : lines) {
-        text += line + "\n";
-    }
-    return text;
+    return lines;
 }
 
 // Configuration files that were read without being applied: the templates

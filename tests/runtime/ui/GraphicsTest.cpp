@@ -4,10 +4,10 @@
 #include <QPainter>
 #include <QWidget>
 
+#include "WindowHarness.h"
 #include "runtime/ui/Canvas.h"
 #include "runtime/ui/Graphics.h"
 #include "runtime/ui/Picture.h"
-#include "runtime/ui/Window.h"
 #include "support/ToolkitEnvironment.h"
 
 namespace vx {
@@ -53,14 +53,8 @@ TEST(Picture, openFromAppWithUnknownName_givesNil) {
 }
 
 TEST(Canvas, paint_raisedWithTheSurfaceToDrawOn) {
-    auto window = New<Window>();
-    window->Visible(false);
-    window->Constructor();
-    auto canvas = New<Canvas>();
-    canvas->Name("Canvas1");
-    window->_AddControl(canvas);
-    canvas->Width(32);
-    canvas->Height(32);
+    auto window = test::HiddenWindow();
+    auto canvas = test::AddControl<Canvas>(*window, "Canvas1", {0, 0, 32, 32});
     int64_t paintedWidth = 0;
     canvas->Paint.AddHandler([&](Canvas&, Graphics& g, const std::vector<Canvas::Rect>& areas) {
         paintedWidth = g.Width();
