@@ -1,6 +1,7 @@
 #include "runtime/ui/TextArea.h"
 
 #include <QPlainTextEdit>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -82,9 +83,21 @@ void TextArea::FlushAppends() const {
             linesInLastBlock_ = 0;
         }
     }
-    QTextCursor end(Area(*this)->document());
+    QTextDocument* document = Area(*this)->document();
+    QTextCursor end(document);
     end.movePosition(QTextCursor::End);
+    // One edit, so that the view hears of it once, after the blocks are
+    // counted: a block not laid out yet stands in the scroll range for as
+    // many lines as it is given here, and a block of sixteen lines counted as
+    // one would make the scroll bar lie about where the user is.
+    end.beginEditBlock();
+    const int firstChanged = end.blockNumber();
     end.insertText(appended);
+    for (QTextBlock block = document->findBlockByNumber(firstChanged); block.isValid();
+         block = block.next()) {
+        block.setLineCount(static_cast<int>(block.text().count(QChar::LineSeparator)) + 1);
+    }
+    end.endEditBlock();
 }
 
 void TextArea::ApplyReadOnly() {

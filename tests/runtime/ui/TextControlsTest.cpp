@@ -5,6 +5,7 @@
 #include <QFontMetrics>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTest>
 
 #include "WindowHarness.h"
@@ -97,6 +98,30 @@ TEST(TextArea, appendText_addsAtTheEndWithoutTouchingTheRest) {
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(), expected)
         << "what is copied has line feeds, whatever separates the lines inside";
     EXPECT_FALSE(area->CanUndo()) << "a read-only area keeps no history";
+}
+
+TEST(TextArea, longLogScrolledToALine_showsThatLineAtTheTop) {
+    // The scroll bar counts lines, also of the parts of the log that have not
+    // been laid out yet; a wrong count puts another line at the top.
+    auto window = test::HiddenWindow();
+    auto area = test::AddControl<TextArea>(*window, "log", QRect(0, 0, 520, 400));
+    window->Visible(true);
+    for (int i = 0; i < 2000; ++i) {
+        area->AppendText(("line " + std::to_string(i) + "\n").c_str());
+        if (i % 300 == 0) {
+            QCoreApplication::processEvents();
+        }
+    }
+    QCoreApplication::processEvents();
+    auto* widget = static_cast<QPlainTextEdit*>(area->_Widget());
+    for (const int line : {1000, 1500, 37}) {
+        widget->verticalScrollBar()->setValue(line);
+        QCoreApplication::processEvents();
+        QTextCursor top = widget->cursorForPosition(QPoint(4, 4));
+        top.select(QTextCursor::LineUnderCursor);
+        EXPECT_EQ(top.selectedText().trimmed().toStdString(), "line " + std::to_string(line));
+    }
+    window->Close();
 }
 
 TEST(TextArea, appendsInALoop_reachTheWidgetWhenTheToolkitRunsAndNotBefore) {
