@@ -108,18 +108,6 @@ void TextArea::ApplyReadOnly() {
     area->setUndoRedoEnabled(!ReadOnly());
 }
 
-void TextArea::Undo() {
-    Area(*this)->undo();
-}
-void TextArea::Cut() {
-    Area(*this)->cut();
-}
-void TextArea::Copy() {
-    Area(*this)->copy();
-}
-void TextArea::Paste() {
-    Area(*this)->paste();
-}
 void TextArea::DeleteSelection() {
     Area(*this)->textCursor().removeSelectedText();
 }

@@ -21,10 +21,6 @@ public:
     // per repaint rather than one per line. Text reads them all at once.
     void AppendText(const String& text);
 
-    void Undo() override;
-    void Cut() override;
-    void Copy() override;
-    void Paste() override;
     void DeleteSelection() override;
     void SelectAll() override;
     bool CanUndo() const override;

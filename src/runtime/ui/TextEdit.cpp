@@ -3,8 +3,30 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
+#include <QWidget>
 
 namespace vx {
+
+namespace {
+// Both toolkit widgets behind the text controls offer these commands as
+// slots of the same names.
+void Invoke(const TextEdit& edit, const char* command) {
+    QMetaObject::invokeMethod(edit._Widget(), command, Qt::DirectConnection);
+}
+}  // namespace
+
+void TextEdit::Undo() {
+    Invoke(*this, "undo");
+}
+void TextEdit::Cut() {
+    Invoke(*this, "cut");
+}
+void TextEdit::Copy() {
+    Invoke(*this, "copy");
+}
+void TextEdit::Paste() {
+    Invoke(*this, "paste");
+}
 
 void TextEdit::ReadOnly(bool readOnly) {
     readOnly_ = readOnly;

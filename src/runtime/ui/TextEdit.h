@@ -13,10 +13,10 @@ public:
     bool ReadOnly() const { return readOnly_; }
     void ReadOnly(bool readOnly);
 
-    virtual void Undo() = 0;
-    virtual void Cut() = 0;
-    virtual void Copy() = 0;
-    virtual void Paste() = 0;
+    void Undo();
+    void Cut();
+    void Copy();
+    void Paste();
     virtual void DeleteSelection() = 0;
     virtual void SelectAll() = 0;
 

@@ -37,18 +37,6 @@ void TextField::ApplyReadOnly() {
     Line(*this)->setReadOnly(ReadOnly());
 }
 
-void TextField::Undo() {
-    Line(*this)->undo();
-}
-void TextField::Cut() {
-    Line(*this)->cut();
-}
-void TextField::Copy() {
-    Line(*this)->copy();
-}
-void TextField::Paste() {
-    Line(*this)->paste();
-}
 void TextField::DeleteSelection() {
     Line(*this)->del();
 }

@@ -20,10 +20,6 @@ public:
     String Mask() const { return mask_; }
     void Mask(const String& mask);
 
-    void Undo() override;
-    void Cut() override;
-    void Copy() override;
-    void Paste() override;
     void DeleteSelection() override;
     void SelectAll() override;
     bool CanUndo() const override;
