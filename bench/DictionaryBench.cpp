@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "runtime/Dictionary.h"
-#include "runtime/Hex.h"
-#include "runtime/TextEncoding.h"
+#include "runtime/text/Hex.h"
+#include "runtime/text/TextEncoding.h"
+#include "runtime/values/Dictionary.h"
 
 namespace vx {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "runtime/EncodingConversion.h"
-#include "runtime/StringFunctions.h"
+#include "runtime/text/EncodingConversion.h"
+#include "runtime/text/StringFunctions.h"
 
 namespace vx {
 namespace {

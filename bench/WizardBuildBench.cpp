@@ -18,9 +18,9 @@
 #include "app/Startup.h"
 #include "app/frmMain.h"
 #include "container/vxPacker.h"
-#include "runtime/FolderItem.h"
-#include "runtime/ui/DesktopUIServices.h"
+#include "runtime/files/FolderItem.h"
 #include "runtime/ui/RuntimeLifecycle.h"
+#include "runtime/ui/internal/DesktopUIServices.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "json/JSONException.h"
 #include "json/JSONItem.h"
-#include "runtime/RuntimeException.h"
+#include "runtime/core/RuntimeException.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);

@@ -11,7 +11,7 @@
 
 #include "json/JSONException.h"
 #include "json/JSONItem.h"
-#include "runtime/RuntimeException.h"
+#include "runtime/core/RuntimeException.h"
 
 namespace {
 

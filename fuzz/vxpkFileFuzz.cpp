@@ -19,8 +19,8 @@
 #include <string>
 
 #include "container/vxpkFile.h"
-#include "runtime/RuntimeException.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/services/UIServices.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "app/frmMain.h"
 #include "container/vxpkFile.h"
-#include "runtime/FolderItem.h"
+#include "runtime/files/FolderItem.h"
 #include "runtime/ui/OpenDialog.h"
 
 namespace vx {

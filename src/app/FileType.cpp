@@ -1,6 +1,6 @@
 #include "app/FileType.h"
 
-#include "runtime/StringFunctions.h"
+#include "runtime/text/StringFunctions.h"
 #include "runtime/ui/FileTypeRegistry.h"
 
 namespace vx {

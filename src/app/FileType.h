@@ -1,8 +1,8 @@
 #pragma once
 
-#include "runtime/Object.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
+#include "runtime/core/Object.h"
+#include "runtime/core/Ref.h"
+#include "runtime/text/String.h"
 
 namespace vx {
 

@@ -1,8 +1,8 @@
 #include "app/PackageDescription.h"
 
-#include "runtime/BinaryStream.h"
-#include "runtime/StringFunctions.h"
-#include "runtime/Val.h"
+#include "runtime/files/BinaryStream.h"
+#include "runtime/text/StringFunctions.h"
+#include "runtime/text/Val.h"
 
 namespace vx::PackageDescription {
 

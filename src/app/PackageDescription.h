@@ -1,9 +1,9 @@
 #pragma once
 
 #include "json/JSONItem.h"
-#include "runtime/FolderItem.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
+#include "runtime/core/Ref.h"
+#include "runtime/files/FolderItem.h"
+#include "runtime/text/String.h"
 
 // The package.json that tells the desktop host who the web app is, what to
 // load first and how to open its first window: made from the wizard's field

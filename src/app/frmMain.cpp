@@ -3,12 +3,12 @@
 #include "app/FileTypes.h"
 #include "app/PackageDescription.h"
 #include "container/vxPacker.h"
-#include "runtime/EndOfLine.h"
-#include "runtime/FolderItem.h"
-#include "runtime/StringFunctions.h"
+#include "runtime/files/FolderItem.h"
+#include "runtime/services/UIServices.h"
+#include "runtime/text/EndOfLine.h"
+#include "runtime/text/StringFunctions.h"
 #include "runtime/ui/Picture.h"
 #include "runtime/ui/RuntimeLifecycle.h"
-#include "runtime/ui/UIServices.h"
 
 namespace vx {
 

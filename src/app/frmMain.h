@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "container/LogReceiver.h"
-#include "runtime/FolderItem.h"
+#include "runtime/files/FolderItem.h"
 #include "runtime/ui/Canvas.h"
 #include "runtime/ui/CheckBox.h"
 #include "runtime/ui/Label.h"

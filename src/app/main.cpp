@@ -1,5 +1,5 @@
 #include "app/Startup.h"
-#include "runtime/RuntimeInit.h"
+#include "runtime/core/RuntimeInit.h"
 #include "runtime/ui/RuntimeLifecycle.h"
 
 // The program reads no argument: it has no command line.

@@ -1,9 +1,9 @@
 #include "container/vxPacker.h"
 
-#include "runtime/FileErrorCode.h"
-#include "runtime/RuntimeException.h"
-#include "runtime/StringFunctions.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/files/FileErrorCode.h"
+#include "runtime/services/UIServices.h"
+#include "runtime/text/StringFunctions.h"
 
 namespace vx::vxPacker {
 namespace {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "container/LogReceiver.h"
-#include "runtime/BinaryStream.h"
-#include "runtime/FolderItem.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
+#include "runtime/core/Ref.h"
+#include "runtime/files/BinaryStream.h"
+#include "runtime/files/FolderItem.h"
+#include "runtime/text/String.h"
 
 // Writes a source folder into one package file: four header strings, then,
 // depth-first, a record for every entry whose name does not begin with "."

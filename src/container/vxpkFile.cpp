@@ -2,17 +2,17 @@
 
 #include <algorithm>
 
-#include "runtime/Date.h"
-#include "runtime/Dictionary.h"
-#include "runtime/Hex.h"
-#include "runtime/NumberFormat.h"
-#include "runtime/Random.h"
-#include "runtime/RuntimeException.h"
-#include "runtime/SpecialFolder.h"
-#include "runtime/StringFunctions.h"
-#include "runtime/TextEncoding.h"
-#include "runtime/Variant.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/files/SpecialFolder.h"
+#include "runtime/services/UIServices.h"
+#include "runtime/text/Hex.h"
+#include "runtime/text/NumberFormat.h"
+#include "runtime/text/StringFunctions.h"
+#include "runtime/text/TextEncoding.h"
+#include "runtime/values/Date.h"
+#include "runtime/values/Dictionary.h"
+#include "runtime/values/Random.h"
+#include "runtime/values/Variant.h"
 
 namespace vx {
 namespace {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "runtime/Array.h"
-#include "runtime/BinaryStream.h"
-#include "runtime/FolderItem.h"
-#include "runtime/Object.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
+#include "runtime/core/Object.h"
+#include "runtime/core/Ref.h"
+#include "runtime/files/BinaryStream.h"
+#include "runtime/files/FolderItem.h"
+#include "runtime/text/String.h"
+#include "runtime/values/Array.h"
 
 namespace vx {
 

@@ -1,7 +1,7 @@
 #include "json/JSONException.h"
 
-#include "runtime/NumberFormat.h"
-#include "runtime/StringFunctions.h"
+#include "runtime/text/NumberFormat.h"
+#include "runtime/text/StringFunctions.h"
 
 namespace vx {
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "runtime/RuntimeException.h"
-#include "runtime/String.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/text/String.h"
 
 namespace vx {
 

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "json/JSONException.h"
-#include "runtime/EncodingConversion.h"
-#include "runtime/Hex.h"
-#include "runtime/TextEncoding.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/services/UIServices.h"
+#include "runtime/text/EncodingConversion.h"
+#include "runtime/text/Hex.h"
+#include "runtime/text/TextEncoding.h"
 
 namespace vx {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-#include "runtime/Array.h"
-#include "runtime/Dictionary.h"
-#include "runtime/Object.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
-#include "runtime/Variant.h"
+#include "runtime/core/Object.h"
+#include "runtime/core/Ref.h"
+#include "runtime/text/String.h"
+#include "runtime/values/Array.h"
+#include "runtime/values/Dictionary.h"
+#include "runtime/values/Variant.h"
 
 namespace vx {
 

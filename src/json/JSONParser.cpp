@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "json/JSONException.h"
-#include "runtime/MemoryBlock.h"
-#include "runtime/RuntimeException.h"
-#include "runtime/StringFunctions.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/text/StringFunctions.h"
+#include "runtime/values/MemoryBlock.h"
 
 namespace vx {
 

@@ -11,9 +11,9 @@
 
 #include "json/JSONItem.h"
 #include "json/JSONScanner.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
-#include "runtime/Variant.h"
+#include "runtime/core/Ref.h"
+#include "runtime/text/String.h"
+#include "runtime/values/Variant.h"
 
 namespace vx {
 

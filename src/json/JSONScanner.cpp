@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "json/JSONException.h"
-#include "runtime/TextEncoding.h"
-#include "runtime/Val.h"
-#include "runtime/VariantNumber.h"
+#include "runtime/text/TextEncoding.h"
+#include "runtime/text/Val.h"
+#include "runtime/values/VariantNumber.h"
 
 namespace vx {
 namespace {

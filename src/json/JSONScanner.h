@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "runtime/String.h"
-#include "runtime/Variant.h"
+#include "runtime/text/String.h"
+#include "runtime/values/Variant.h"
 
 namespace vx {
 

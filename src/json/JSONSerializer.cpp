@@ -11,14 +11,14 @@
 #include "json/JSONEscape.h"
 #include "json/JSONException.h"
 #include "json/JSONItem.h"
-#include "runtime/Collection.h"
-#include "runtime/EncodingConversion.h"
-#include "runtime/EndOfLine.h"
-#include "runtime/Hex.h"
-#include "runtime/NumberFormat.h"
-#include "runtime/StringFunctions.h"
-#include "runtime/TextEncoding.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/services/UIServices.h"
+#include "runtime/text/EncodingConversion.h"
+#include "runtime/text/EndOfLine.h"
+#include "runtime/text/Hex.h"
+#include "runtime/text/NumberFormat.h"
+#include "runtime/text/StringFunctions.h"
+#include "runtime/text/TextEncoding.h"
+#include "runtime/values/Collection.h"
 
 namespace vx {
 

@@ -1,8 +1,8 @@
 #include "json/JSONStringBuffer.h"
 
-#include "runtime/StringFunctions.h"
-#include "runtime/TextEncoding.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/services/UIServices.h"
+#include "runtime/text/StringFunctions.h"
+#include "runtime/text/TextEncoding.h"
 
 namespace vx {
 

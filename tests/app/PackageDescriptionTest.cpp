@@ -5,7 +5,7 @@
 
 #include "PackageDescriptionText.h"
 #include "app/PackageDescription.h"
-#include "runtime/TextEncoding.h"
+#include "runtime/text/TextEncoding.h"
 #include "support/ScratchFolder.h"
 
 namespace vx {

@@ -7,9 +7,9 @@
 
 #include "json/JSONItem.h"
 #include "json/JSONTestSupport.h"
-#include "runtime/Date.h"
-#include "runtime/EncodingConversion.h"
-#include "runtime/TextEncoding.h"
+#include "runtime/text/EncodingConversion.h"
+#include "runtime/text/TextEncoding.h"
+#include "runtime/values/Date.h"
 
 namespace vx {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "json/JSONItem.h"
 #include "json/JSONTestSupport.h"
-#include "runtime/RuntimeException.h"
+#include "runtime/core/RuntimeException.h"
 
 namespace vx {
 namespace {

@@ -8,10 +8,10 @@
 
 #include "json/JSONItem.h"
 #include "json/JSONTestSupport.h"
-#include "runtime/Collection.h"
-#include "runtime/Date.h"
-#include "runtime/StringFunctions.h"
-#include "runtime/TextEncoding.h"
+#include "runtime/text/StringFunctions.h"
+#include "runtime/text/TextEncoding.h"
+#include "runtime/values/Collection.h"
+#include "runtime/values/Date.h"
 #include "support/RecordingUIServices.h"
 
 namespace vx {

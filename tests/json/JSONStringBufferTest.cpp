@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "json/JSONStringBuffer.h"
-#include "runtime/TextEncoding.h"
+#include "runtime/text/TextEncoding.h"
 
 namespace vx {
 namespace {

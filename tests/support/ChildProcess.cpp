@@ -8,7 +8,7 @@
 
 #include <exception>
 
-#include "runtime/RuntimeInit.h"
+#include "runtime/core/RuntimeInit.h"
 
 namespace vx::test {
 namespace {

@@ -5,8 +5,8 @@
 #include <functional>
 #include <vector>
 
-#include "runtime/FolderItem.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/files/FolderItem.h"
+#include "runtime/services/UIServices.h"
 
 namespace vx::test {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "runtime/FolderItem.h"
-#include "runtime/Ref.h"
+#include "runtime/core/Ref.h"
+#include "runtime/files/FolderItem.h"
 
 namespace vx::test {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "runtime/String.h"
+#include "runtime/text/String.h"
 #include "runtime/ui/UnhandledException.h"
 
 class QWidget;

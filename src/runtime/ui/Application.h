@@ -3,10 +3,10 @@
 #include <functional>
 #include <map>
 
-#include "runtime/Object.h"
-#include "runtime/Ref.h"
-#include "runtime/RuntimeException.h"
-#include "runtime/String.h"
+#include "runtime/core/Object.h"
+#include "runtime/core/Ref.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/text/String.h"
 
 namespace vx {
 

@@ -2,8 +2,8 @@
 
 #include <QCheckBox>
 
-#include "runtime/RuntimeException.h"
-#include "runtime/ui/QtText.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

@@ -3,9 +3,9 @@
 #include <QHash>
 #include <QWidget>
 
-#include "runtime/ui/QtText.h"
 #include "runtime/ui/UITrap.h"
 #include "runtime/ui/Window.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

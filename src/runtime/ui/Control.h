@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "runtime/Object.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
+#include "runtime/core/Object.h"
+#include "runtime/core/Ref.h"
+#include "runtime/text/String.h"
 
 class QWidget;
 

@@ -1,14 +1,14 @@
-#include "runtime/ui/DesktopUIServices.h"
+#include "runtime/ui/internal/DesktopUIServices.h"
 
 #include <QApplication>
 #include <QDesktopServices>
 #include <QMessageBox>
 #include <QUrl>
 
-#include "runtime/FolderItem.h"
-#include "runtime/ui/FileDialogs.h"
-#include "runtime/ui/QtText.h"
+#include "runtime/files/FolderItem.h"
 #include "runtime/ui/UITrap.h"
+#include "runtime/ui/internal/FileDialogs.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "runtime/String.h"
+#include "runtime/text/String.h"
 
 namespace vx {
 

@@ -1,11 +1,11 @@
-#include "runtime/ui/FileDialogs.h"
+#include "runtime/ui/internal/FileDialogs.h"
 
 #include <QApplication>
 #include <QFileDialog>
 
 #include "runtime/ui/FileTypeRegistry.h"
-#include "runtime/ui/QtText.h"
 #include "runtime/ui/UITrap.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <map>
 
-#include "runtime/ui/QtText.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

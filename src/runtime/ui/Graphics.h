@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "runtime/Object.h"
-#include "runtime/Ref.h"
+#include "runtime/core/Object.h"
+#include "runtime/core/Ref.h"
 
 class QPainter;
 

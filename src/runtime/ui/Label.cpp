@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "runtime/ui/QtText.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

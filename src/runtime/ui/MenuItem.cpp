@@ -7,9 +7,9 @@
 #include "runtime/ui/Application.h"
 #include "runtime/ui/EditCommands.h"
 #include "runtime/ui/MenuBar.h"
-#include "runtime/ui/QtText.h"
 #include "runtime/ui/TextEdit.h"
 #include "runtime/ui/UITrap.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

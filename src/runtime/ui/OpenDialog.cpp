@@ -1,7 +1,7 @@
 #include "runtime/ui/OpenDialog.h"
 
-#include "runtime/FolderItem.h"
-#include "runtime/ui/UIServices.h"
+#include "runtime/files/FolderItem.h"
+#include "runtime/services/UIServices.h"
 
 namespace vx {
 

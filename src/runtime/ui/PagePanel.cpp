@@ -2,7 +2,7 @@
 
 #include <QStackedWidget>
 
-#include "runtime/RuntimeException.h"
+#include "runtime/core/RuntimeException.h"
 #include "runtime/ui/Window.h"
 
 namespace vx {

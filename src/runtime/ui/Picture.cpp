@@ -3,8 +3,8 @@
 #include <QFile>
 #include <QImage>
 
-#include "runtime/RuntimeException.h"
-#include "runtime/ui/QtText.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <QStyleOptionButton>
 
-#include "runtime/ui/QtText.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

@@ -1,6 +1,6 @@
-#include "runtime/ui/QtText.h"
+#include "runtime/ui/internal/QtText.h"
 
-#include "runtime/TextEncoding.h"
+#include "runtime/text/TextEncoding.h"
 
 namespace vx {
 

@@ -7,8 +7,8 @@
 #include <cmath>
 
 #include "runtime/ui/PagePanel.h"
-#include "runtime/ui/QtText.h"
 #include "runtime/ui/Window.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "runtime/Color.h"
 #include "runtime/ui/Control.h"
+#include "runtime/values/Color.h"
 
 namespace vx {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "runtime/TextEncoding.h"
+#include "runtime/text/TextEncoding.h"
 
 namespace vx {
 

@@ -2,7 +2,7 @@
 
 #include <typeinfo>
 
-#include "runtime/String.h"
+#include "runtime/text/String.h"
 
 namespace vx {
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "runtime/ui/Application.h"
-#include "runtime/ui/DesktopUIServices.h"
 #include "runtime/ui/FontConfiguration.h"
-#include "runtime/ui/QtText.h"
+#include "runtime/ui/internal/DesktopUIServices.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "runtime/String.h"
+#include "runtime/text/String.h"
 
 namespace vx {
 

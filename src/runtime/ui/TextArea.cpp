@@ -5,8 +5,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
-#include "runtime/TextEncoding.h"
-#include "runtime/ui/QtText.h"
+#include "runtime/text/TextEncoding.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

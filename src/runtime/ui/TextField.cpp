@@ -2,8 +2,8 @@
 
 #include <QLineEdit>
 
-#include "runtime/ui/QtText.h"
-#include "runtime/ui/TextMask.h"
+#include "runtime/ui/internal/QtText.h"
+#include "runtime/ui/internal/TextMask.h"
 
 namespace vx {
 

@@ -1,4 +1,4 @@
-#include "runtime/ui/TextMask.h"
+#include "runtime/ui/internal/TextMask.h"
 
 namespace vx {
 

@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "runtime/RuntimeException.h"
+#include "runtime/core/RuntimeException.h"
 #include "runtime/ui/Application.h"
 
 namespace vx {

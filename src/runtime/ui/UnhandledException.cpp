@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <typeinfo>
 
-#include "runtime/ui/QtText.h"
 #include "runtime/ui/RuntimeClassName.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

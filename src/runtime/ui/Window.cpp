@@ -8,14 +8,14 @@
 #include <algorithm>
 #include <typeinfo>
 
-#include "runtime/ui/DesktopUIServices.h"
 #include "runtime/ui/MenuBar.h"
 #include "runtime/ui/PushButton.h"
-#include "runtime/ui/QtText.h"
 #include "runtime/ui/RectControl.h"
 #include "runtime/ui/RuntimeClassName.h"
 #include "runtime/ui/RuntimeLifecycle.h"
 #include "runtime/ui/UITrap.h"
+#include "runtime/ui/internal/DesktopUIServices.h"
+#include "runtime/ui/internal/QtText.h"
 
 namespace vx {
 

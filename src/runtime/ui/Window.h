@@ -4,11 +4,11 @@
 #include <memory>
 #include <vector>
 
-#include "runtime/Color.h"
-#include "runtime/Object.h"
-#include "runtime/Ref.h"
-#include "runtime/String.h"
+#include "runtime/core/Object.h"
+#include "runtime/core/Ref.h"
+#include "runtime/text/String.h"
 #include "runtime/ui/Event.h"
+#include "runtime/values/Color.h"
 
 class QWidget;
 

@@ -7,10 +7,10 @@
 #include <functional>
 #include <utility>
 
-#include "runtime/FolderItem.h"
-#include "runtime/ui/DesktopUIServices.h"
+#include "runtime/files/FolderItem.h"
 #include "runtime/ui/FileTypeRegistry.h"
 #include "runtime/ui/Window.h"
+#include "runtime/ui/internal/DesktopUIServices.h"
 #include "support/ScratchFolder.h"
 #include "support/ToolkitEnvironment.h"
 

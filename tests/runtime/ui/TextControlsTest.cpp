@@ -9,7 +9,7 @@
 #include <QTest>
 
 #include "WindowHarness.h"
-#include "runtime/TextEncoding.h"
+#include "runtime/text/TextEncoding.h"
 #include "runtime/ui/TextArea.h"
 #include "runtime/ui/TextField.h"
 #include "support/ToolkitEnvironment.h"
