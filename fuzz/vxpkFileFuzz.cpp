@@ -3,12 +3,10 @@
 // or silently, and UnsupportedFormatException for a name with a NUL byte, which
 // no path can hold); any other exception escapes and is reported as a crash.
 //
-// The reader follows ".." wherever it leads, so each extraction runs at the
-// bottom of a chain of folders deeper than the 86 levels that one record can
-// climb: nothing it writes can leave the scratch folder, and the chain is
-// emptied after every input so the disk does not fill.
-
-#include <unistd.h>
+// The reader follows ".." wherever it leads, so the target runs confined to a
+// private root, and each extraction runs at the bottom of a chain of folders
+// deeper than one record can climb: nothing it writes can leave the scratch
+// folder, and the chain is emptied after every input so the disk does not fill.
 
 #include <cstddef>
 #include <cstdint>
@@ -16,8 +14,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <string>
 
+#include "Confinement.h"
+#include "QuietUIServices.h"
 #include "container/vxpkFile.h"
 #include "runtime/core/RuntimeException.h"
 #include "runtime/services/UIServices.h"
@@ -26,24 +25,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A parent path holds 255 bytes, at most 85 times ".." and a name "..".
-constexpr int kChainDepth = 90;
-
-class QuietUI : public vx::UIServices {
-public:
-    void MsgBox(const vx::String& /*message*/) override {}
-    void Beep() override {}
-    void BackgroundTask() override {}
-    vx::Ref<vx::FolderItem> SelectFolder() override { return nullptr; }
-    vx::Ref<vx::FolderItem> GetSaveFolderItem(const vx::String&, const vx::String&) override {
-        return nullptr;
-    }
-    vx::Ref<vx::FolderItem> ShowOpenDialog(const vx::String&, const vx::String&,
-                                           const vx::String&) override {
-        return nullptr;
-    }
-    void Launch(const vx::FolderItem& /*item*/, bool /*activate*/) override {}
-};
+// A parent path of 255 bytes holds at most 85 times "..", and a name of 255
+// bytes, which may hold "/", as many again: 170 levels up from the extraction
+// folder, which lies one below the temporary folder.
+constexpr int kChainDepth = 172;
 
 struct Scratch {
     fs::path root;
@@ -52,28 +37,17 @@ struct Scratch {
     fs::path package;
 };
 
-const Scratch& scratch() {
-    static const Scratch folders = [] {
-        std::string pattern = (fs::temp_directory_path() / "vxpk-fuzz-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            std::perror("mkdtemp");
-            std::abort();
-        }
-        Scratch made{pattern, fs::path(pattern) / "d", fs::path(pattern),
-                     fs::path(pattern) / "in.vxpk"};
-        for (int level = 0; level < kChainDepth; ++level) {
-            made.temporary /= "d";
-        }
-        made.temporary /= "tmp";
-        fs::create_directories(made.temporary);
-        ::setenv("TMPDIR", made.temporary.c_str(), 1);
-        static QuietUI ui;
-        vx::InstallUIServices(&ui);
-        return made;
-    }();
-    static const bool removedAtExit = std::atexit([] { fs::remove_all(scratch().root); }) == 0;
-    (void)removedAtExit;
-    return folders;
+Scratch scratch;
+vx::fuzzing::QuietUIServices ui;
+
+Scratch makeChain(const fs::path& root) {
+    Scratch made{root, root / "d", root, root / "in.vxpk"};
+    for (int level = 0; level < kChainDepth; ++level) {
+        made.temporary /= "d";
+    }
+    made.temporary /= "tmp";
+    fs::create_directories(made.temporary);
+    return made;
 }
 
 // Whatever climbed out of the extraction folder must still be inside the chain.
@@ -88,7 +62,7 @@ void checkContained(const Scratch& folders) {
 
 // Empties the temporary folder and removes from every level of the chain what
 // a climbing record left there. Making the chain anew for every input would
-// cost ninety directories each time.
+// cost the whole chain each time.
 void clearChain(const Scratch& folders) {
     fs::path level = folders.chainTop;
     for (int depth = 1; depth <= kChainDepth + 1; ++depth) {
@@ -104,19 +78,27 @@ void clearChain(const Scratch& folders) {
 
 }  // namespace
 
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
+    scratch = makeChain(vx::fuzzing::EnterConfinement(*argc, *argv));
+    ::setenv("TMPDIR", scratch.temporary.c_str(), 1);
+    vx::InstallUIServices(&ui);
+    return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const Scratch& folders = scratch();
-    std::ofstream(folders.package, std::ios::binary | std::ios::trunc)
+    std::ofstream(scratch.package, std::ios::binary | std::ios::trunc)
         .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     try {
         const auto file = vx::vxpkFile::open(vx::New<vx::FolderItem>(
-            vx::String(folders.package.string(), nullptr), vx::FolderItem::PathModeNative));
+            vx::String(scratch.package.string(), nullptr), vx::FolderItem::PathModeNative));
         if (file != nullptr && !file->folder->Directory()) {
             std::abort();
         }
     } catch (const vx::UnsupportedFormatException&) {
     }
-    checkContained(folders);
-    clearChain(folders);
+    checkContained(scratch);
+    vx::fuzzing::CheckConfinement();
+    clearChain(scratch);
+    ui.messages.clear();
     return 0;
 }
