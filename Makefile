@@ -6,7 +6,7 @@
 PRESET ?= default
 BUILD_DIR := build/$(PRESET)
 
-.PHONY: all deps configure build test asan run bench format clean
+.PHONY: all deps configure build test asan run bench format format-check fuzz clean
 
 all: build
 
@@ -31,8 +31,20 @@ run: build
 bench: deps
 	@./bench/run.sh
 
+SOURCES = find src tests bench fuzz -name '*.h' -o -name '*.cpp'
+
 format:
-	@find src tests bench fuzz -name '*.h' -o -name '*.cpp' | xargs clang-format -i
+	@$(SOURCES) | xargs clang-format -i
+
+# Fails, naming each file and line, where the sources differ from .clang-format.
+format-check: deps
+	@$(SOURCES) | xargs clang-format --dry-run -Werror
+
+# Builds the fuzz preset and runs every libFuzzer target on its corpus;
+# FUZZ_SECONDS is the time each target gets.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	@./fuzz/run.sh $(FUZZ_SECONDS)
 
 clean:
 	@rm -rf build
