@@ -108,6 +108,10 @@ public:
     void CopyFrom(BinaryStream& source, uint64_t count);
 
 private:
+    // Large enough that a package of many small records is written in few
+    // calls, small enough to be irrelevant next to the program's other memory.
+    static constexpr std::size_t kBufferSize = 128 * 1024;
+
     template <class T>
     T readValue();
     template <class T>

@@ -12,6 +12,7 @@
 
 #include "runtime/files/BinaryStream.h"
 #include "runtime/files/FileErrorCode.h"
+#include "runtime/files/SystemCalls.h"
 #include "runtime/services/UIServices.h"
 #include "runtime/text/TextEncoding.h"
 
@@ -20,7 +21,7 @@ namespace {
 
 std::string currentFolder() {
     char buffer[PATH_MAX];
-    if (::getcwd(buffer, sizeof buffer) == nullptr) {
+    if (systemCalls.getcwd(buffer, sizeof buffer) == nullptr) {
         return "/";
     }
     return buffer;
@@ -66,7 +67,7 @@ bool leadsBackToAncestor(std::string_view path, const struct stat& target) {
     while (ancestor != "/") {
         ancestor = parentOf(ancestor);
         struct stat candidate;
-        if (::stat(std::string(ancestor).c_str(), &candidate) == 0 &&
+        if (systemCalls.stat(std::string(ancestor).c_str(), &candidate) == 0 &&
             sameObject(candidate, target)) {
             return true;
         }
@@ -81,7 +82,7 @@ bool leadsBackToAncestor(std::string_view path, const struct stat& target) {
 // walking the whole path again.
 struct FolderItem::FolderHandle {
     explicit FolderHandle(int openFolder) : fd(openFolder) {}
-    ~FolderHandle() { ::close(fd); }
+    ~FolderHandle() { systemCalls.close(fd); }
     FolderHandle(const FolderHandle&) = delete;
     FolderHandle& operator=(const FolderHandle&) = delete;
     const int fd;
@@ -128,36 +129,36 @@ Ref<FolderItem> FolderItem::Parent() const {
 bool FolderItem::Directory() const {
     const Location at = location();
     struct stat info;
-    if (::fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (systemCalls.fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW) != 0) {
         return false;
     }
     if (!S_ISLNK(info.st_mode)) {
         return S_ISDIR(info.st_mode);
     }
-    return ::fstatat(at.folder, at.name, &info, 0) == 0 && S_ISDIR(info.st_mode) &&
+    return systemCalls.fstatat(at.folder, at.name, &info, 0) == 0 && S_ISDIR(info.st_mode) &&
            !leadsBackToAncestor(path_.bytes(), info);
 }
 
 bool FolderItem::Exists() const {
     const Location at = location();
     struct stat info;
-    return ::fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW) == 0;
+    return systemCalls.fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 bool FolderItem::IsReadable() const {
     const Location at = location();
-    return ::faccessat(at.folder, at.name, R_OK, AT_EACCESS) == 0;
+    return systemCalls.faccessat(at.folder, at.name, R_OK, AT_EACCESS) == 0;
 }
 
 bool FolderItem::IsWriteable() const {
     const Location at = location();
-    return ::faccessat(at.folder, at.name, W_OK, AT_EACCESS) == 0;
+    return systemCalls.faccessat(at.folder, at.name, W_OK, AT_EACCESS) == 0;
 }
 
 uint64_t FolderItem::Length() const {
     const Location at = location();
     struct stat info;
-    if (::fstatat(at.folder, at.name, &info, 0) != 0 || S_ISDIR(info.st_mode)) {
+    if (systemCalls.fstatat(at.folder, at.name, &info, 0) != 0 || S_ISDIR(info.st_mode)) {
         return 0;
     }
     return static_cast<uint64_t>(info.st_size);
@@ -183,24 +184,24 @@ bool FolderItem::readListing() {
     // One descriptor is read to the end for the names; a second one on the
     // same folder stays open for the entries.
     const Location at = location();
-    const int fd = ::openat(at.folder, at.name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int fd = systemCalls.openat(at.folder, at.name, O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (fd < 0) {
         lastErrorCode_ = FileErrorCode(errno);
         return false;
     }
-    const std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(fd), &::closedir);
-    const int kept = ::fcntl(fd, F_DUPFD_CLOEXEC, 0);
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(systemCalls.fdopendir(fd), systemCalls.closedir);
+    const int kept = systemCalls.fcntl(fd, F_DUPFD_CLOEXEC, 0);
     if (!dir || kept < 0) {
         lastErrorCode_ = FileErrorCode(errno);
         if (!dir) {
-            ::close(fd);
+            systemCalls.close(fd);
         }
         return false;
     }
     auto handle = std::make_shared<const FolderHandle>(kept);
     std::vector<std::string> names;
     errno = 0;
-    while (const dirent* entry = ::readdir(dir.get())) {
+    while (const dirent* entry = systemCalls.readdir(dir.get())) {
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..") {
             names.emplace_back(name);
@@ -236,22 +237,22 @@ Ref<FolderItem> FolderItem::Item(int64_t index) {
 
 void FolderItem::CreateAsFolder() {
     const Location at = location();
-    lastErrorCode_ = ::mkdirat(at.folder, at.name, 0777) == 0 ? 0 : FileErrorCode(errno);
+    lastErrorCode_ = systemCalls.mkdirat(at.folder, at.name, 0777) == 0 ? 0 : FileErrorCode(errno);
 }
 
 void FolderItem::Delete() {
     const Location at = location();
     struct stat info;
-    int result = ::fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW);
+    int result = systemCalls.fstatat(at.folder, at.name, &info, AT_SYMLINK_NOFOLLOW);
     if (result == 0) {
-        result = ::unlinkat(at.folder, at.name, S_ISDIR(info.st_mode) ? AT_REMOVEDIR : 0);
+        result = systemCalls.unlinkat(at.folder, at.name, S_ISDIR(info.st_mode) ? AT_REMOVEDIR : 0);
     }
     lastErrorCode_ = result == 0 ? 0 : FileErrorCode(errno);
 }
 
 Ref<BinaryStream> FolderItem::openStream(int flags) {
     const Location at = location();
-    const int fd = ::openat(at.folder, at.name, flags | O_CLOEXEC, 0666);
+    const int fd = systemCalls.openat(at.folder, at.name, flags | O_CLOEXEC, 0666);
     if (fd < 0) {
         lastErrorCode_ = FileErrorCode(errno);
         return nullptr;
@@ -259,13 +260,13 @@ Ref<BinaryStream> FolderItem::openStream(int flags) {
     // Only a read-only open can reach a folder; the kernel refuses the others.
     const bool writable = (flags & O_ACCMODE) != O_RDONLY;
     struct stat info;
-    const int error = writable                  ? 0
-                      : ::fstat(fd, &info) != 0 ? errno
-                      : S_ISDIR(info.st_mode)   ? EISDIR
-                                                : 0;
+    const int error = writable                            ? 0
+                      : systemCalls.fstat(fd, &info) != 0 ? errno
+                      : S_ISDIR(info.st_mode)             ? EISDIR
+                                                          : 0;
     if (error != 0) {
         lastErrorCode_ = FileErrorCode(error);
-        ::close(fd);
+        systemCalls.close(fd);
         return nullptr;
     }
     lastErrorCode_ = 0;

@@ -1,0 +1,41 @@
+#include "runtime/files/SystemCalls.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace vx {
+
+constexpr SystemCalls kRealSystemCalls = {
+    .getcwd = [](char* buffer, std::size_t size) { return ::getcwd(buffer, size); },
+    .stat = [](const char* path, struct stat* info) { return ::stat(path, info); },
+    .fstat = [](int fd, struct stat* info) { return ::fstat(fd, info); },
+    .fstatat = [](int folder, const char* name, struct stat* info,
+                  int flags) { return ::fstatat(folder, name, info, flags); },
+    .faccessat = [](int folder, const char* name, int mode,
+                    int flags) { return ::faccessat(folder, name, mode, flags); },
+    .openat = [](int folder, const char* name, int flags,
+                 mode_t mode) { return ::openat(folder, name, flags, mode); },
+    .close = [](int fd) { return ::close(fd); },
+    .fcntl = [](int fd, int command, int argument) { return ::fcntl(fd, command, argument); },
+    .fdopendir = [](int fd) { return ::fdopendir(fd); },
+    .readdir = [](DIR* folder) { return ::readdir(folder); },
+    .closedir = [](DIR* folder) { return ::closedir(folder); },
+    .mkdirat = [](int folder, const char* name,
+                  mode_t mode) { return ::mkdirat(folder, name, mode); },
+    .unlinkat = [](int folder, const char* name,
+                   int flags) { return ::unlinkat(folder, name, flags); },
+    .pread = [](int fd, void* data, std::size_t count,
+                off_t offset) { return ::pread(fd, data, count, offset); },
+    .pwrite = [](int fd, const void* data, std::size_t count,
+                 off_t offset) { return ::pwrite(fd, data, count, offset); },
+    .ftruncate = [](int fd, off_t length) { return ::ftruncate(fd, length); },
+    .copy_file_range =
+        [](int in, off_t* inOffset, int out, off_t* outOffset, std::size_t count,
+           unsigned int flags) {
+            return ::copy_file_range(in, inOffset, out, outOffset, count, flags);
+        },
+};
+
+constinit SystemCalls systemCalls = kRealSystemCalls;
+
+}  // namespace vx

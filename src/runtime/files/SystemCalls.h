@@ -1,0 +1,44 @@
+#pragma once
+
+#include <dirent.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <cstddef>
+
+namespace vx {
+
+// Every system call that FolderItem and BinaryStream make goes through this
+// one table, so that a test can put a failure in place of a call: an
+// interrupted call, a short write, a full disk, a kernel that cannot copy
+// between two files, a disk that fails half way through a file. It holds the
+// real calls unless a test replaced them; the cost is one indirect call next
+// to a system call. Each entry has the signature of the call it is named after
+// (the variadic ones with their optional argument spelled out).
+struct SystemCalls {
+    char* (*getcwd)(char* buffer, std::size_t size);
+    int (*stat)(const char* path, struct stat* info);
+    int (*fstat)(int fd, struct stat* info);
+    int (*fstatat)(int folder, const char* name, struct stat* info, int flags);
+    int (*faccessat)(int folder, const char* name, int mode, int flags);
+    int (*openat)(int folder, const char* name, int flags, mode_t mode);
+    int (*close)(int fd);
+    int (*fcntl)(int fd, int command, int argument);
+    DIR* (*fdopendir)(int fd);
+    dirent* (*readdir)(DIR* folder);
+    int (*closedir)(DIR* folder);
+    int (*mkdirat)(int folder, const char* name, mode_t mode);
+    int (*unlinkat)(int folder, const char* name, int flags);
+    ssize_t (*pread)(int fd, void* data, std::size_t count, off_t offset);
+    ssize_t (*pwrite)(int fd, const void* data, std::size_t count, off_t offset);
+    int (*ftruncate)(int fd, off_t length);
+    ssize_t (*copy_file_range)(int in, off_t* inOffset, int out, off_t* outOffset,
+                               std::size_t count, unsigned int flags);
+};
+
+// The calls the platform gives.
+extern const SystemCalls kRealSystemCalls;
+// The calls in use; the file layer reads nothing else.
+extern SystemCalls systemCalls;
+
+}  // namespace vx
