@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+#include "runtime/files/SystemCalls.h"
+
+namespace vx::test {
+
+// The failures that the substitute calls make; the default makes none.
+struct Faults {
+    // Every n-th call of pread, pwrite and copy_file_range is interrupted
+    // (EINTR) before it does anything; 0 for none.
+    int interruptEvery = 0;
+    // The most bytes one pwrite or pread moves: a short write or read.
+    std::size_t writeAtMost = std::numeric_limits<std::size_t>::max();
+    std::size_t readAtMost = std::numeric_limits<std::size_t>::max();
+    // A disk that holds no byte at this offset of any file or beyond: a write
+    // reaching it is cut short there, and the next fails with ENOSPC.
+    uint64_t diskSpace = std::numeric_limits<uint64_t>::max();
+    // A read reaching this offset of any file is cut short there, and the
+    // next fails with EIO.
+    uint64_t readFailsAt = std::numeric_limits<uint64_t>::max();
+    // copy_file_range fails with this errno once it has moved copyBefore
+    // bytes in all; 0 for never.
+    int copyFails = 0;
+    uint64_t copyBefore = 0;
+};
+
+// Puts substitutes for pread, pwrite and copy_file_range in the file layer's
+// table for the life of the object, making the given faults on top of the
+// real calls, and puts the real ones back afterwards.
+class SystemCallFaults {
+public:
+    explicit SystemCallFaults(const Faults& faults);
+    ~SystemCallFaults();
+    SystemCallFaults(const SystemCallFaults&) = delete;
+    SystemCallFaults& operator=(const SystemCallFaults&) = delete;
+
+    // How many calls a fault changed, so that a test can tell that it was met.
+    int injected() const;
+    int copyCalls() const;
+
+private:
+    SystemCalls saved_;
+};
+
+}  // namespace vx::test
