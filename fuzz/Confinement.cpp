@@ -165,9 +165,9 @@ void forwardToChild(int signal) {
     ::kill(confinedChild, signal);
 }
 
-// The caller's side: waits for the confined process, removes the folder that
-// was its root (in this namespace no mount lies in it, so nothing of the
-// machine goes with it) and ends as the confined process ended.
+// The caller's side: waits for the confined process, removes the folder on
+// which its root was mounted (empty in this namespace, where none of its
+// mounts shows) and ends as the confined process ended.
 [[noreturn]] void waitOutside(pid_t child, const fs::path& root) {
     confinedChild = child;
     std::signal(SIGINT, SIG_IGN);

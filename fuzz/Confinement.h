@@ -19,7 +19,8 @@
 // stays outside, waits, removes the empty folder afterwards and exits as the
 // confined one did. Where the namespaces cannot be made the target refuses to
 // run: it prints why and exits with status 1, never running unconfined.
-// libFuzzer's -fork and -jobs modes, which start a shell, do not work inside.
+// libFuzzer's -fork, -jobs and -merge modes, which start a shell, do not work
+// inside.
 namespace vx::fuzzing {
 
 // Gives the scratch folder, empty, as seen from inside.
