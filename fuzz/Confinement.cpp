@@ -201,12 +201,11 @@ void walkOutsideScratch(Visit visit) {
 fs::path EnterConfinement(int argc, char** argv) {
     const std::vector<SharedFolder> folders = withoutNested(foldersOfCommandLine(argc, argv));
     const fs::path workingFolder = fs::current_path();
+    startSymboliser();
+    enterNamespaces();
     std::string pattern = (fs::temp_directory_path() / "vx-fuzz-root-XXXXXX").string();
     must(::mkdtemp(pattern.data()) != nullptr, "mkdtemp");
     const fs::path root = pattern;
-
-    startSymboliser();
-    enterNamespaces();
     const pid_t child = ::fork();
     must(child >= 0, "fork");
     if (child > 0) {
