@@ -186,9 +186,10 @@ std::vector<std::string> chainFolders() {
 
 // Where the kernel finds the folder that a parent path names, from the
 // extraction folder: every component must be a folder that is there, "." and
-// empty components stay where they are and ".." goes up. Nothing when it fails.
+// empty components stay where they are and ".." goes up, into the chain once
+// it leaves the extraction folder. Nothing when it fails.
 std::optional<std::string> parentFolder(const Tree& tree, const std::string& parent) {
-    std::vector<std::string> at{chainFolders().back()};
+    std::vector<std::string> at = chainFolders();
     std::string component;
     std::istringstream components(parent);
     while (std::getline(components, component, ':')) {
