@@ -11,6 +11,7 @@ int calls = 0;
 int injectedCount = 0;
 int copyCallCount = 0;
 uint64_t copied = 0;
+int entriesGiven = 0;
 
 bool interrupted() {
     if (active.interruptEvery > 0 && ++calls % active.interruptEvery == 0) {
@@ -75,15 +76,25 @@ ssize_t faultyCopy(int in, off_t* inOffset, int out, off_t* outOffset, std::size
     return moved;
 }
 
+dirent* faultyReaddir(DIR* folder) {
+    if (active.listingFails != 0 && entriesGiven++ >= active.listingEntriesBefore) {
+        ++injectedCount;
+        errno = active.listingFails;
+        return nullptr;
+    }
+    return kRealSystemCalls.readdir(folder);
+}
+
 }  // namespace
 
 SystemCallFaults::SystemCallFaults(const Faults& faults) : saved_(systemCalls) {
     active = faults;
-    calls = injectedCount = copyCallCount = 0;
+    calls = injectedCount = copyCallCount = entriesGiven = 0;
     copied = 0;
     systemCalls.pread = faultyPread;
     systemCalls.pwrite = faultyPwrite;
     systemCalls.copy_file_range = faultyCopy;
+    systemCalls.readdir = faultyReaddir;
 }
 
 SystemCallFaults::~SystemCallFaults() {

@@ -26,10 +26,13 @@ struct Faults {
     // bytes in all; 0 for never.
     int copyFails = 0;
     uint64_t copyBefore = 0;
+    // readdir fails with this errno after giving this many entries; 0 for never.
+    int listingFails = 0;
+    int listingEntriesBefore = 0;
 };
 
-// Puts substitutes for pread, pwrite and copy_file_range in the file layer's
-// table for the life of the object, making the given faults on top of the
+// Puts substitutes for pread, pwrite, copy_file_range and readdir in the file
+// layer's table for the life of the object, making the given faults on top of the
 // real calls, and puts the real ones back afterwards.
 class SystemCallFaults {
 public:

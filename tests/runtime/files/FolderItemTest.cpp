@@ -19,6 +19,7 @@
 #include "support/ChildProcess.h"
 #include "support/RecordingUIServices.h"
 #include "support/ScratchFolder.h"
+#include "support/SystemCallFaults.h"
 
 namespace vx {
 namespace {
@@ -218,6 +219,21 @@ TEST(FolderItem, permissionsAsUnprivilegedUser_answerTheCurrentState) {
     });
     EXPECT_EQ(answers, "private -- public r- shared rw closed 0 102");
     EXPECT_EQ(scratch.item("closed")->Count(), 1);
+}
+
+TEST(FolderItem, listingThatFailsHalfWay_countsNoneUntilAskedAgain) {
+    ScratchFolder scratch;
+    for (const char* name : {"a", "b", "c"}) {
+        scratch.writeFile(name, "x");
+    }
+    const auto folder = scratch.item();
+    {
+        test::SystemCallFaults injected({.listingFails = EIO, .listingEntriesBefore = 3});
+        EXPECT_EQ(folder->Count(), 0);
+        EXPECT_EQ(folder->LastErrorCode(), PlatformErrorCodeBase + EIO);
+        EXPECT_EQ(injected.injected(), 1);
+    }
+    EXPECT_EQ(folder->Count(), 3);
 }
 
 TEST(FileErrorCode, platformErrors_mapToTheProgramsNumbers) {
