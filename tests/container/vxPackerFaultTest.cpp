@@ -88,8 +88,8 @@ TEST_F(FullDisk, halfWayThroughTheContents_keepsThePackageUpToTheFullDisk) {
     }
 }
 
-// The file is read whole before any of its bytes go into the package, so the
-// package ends with the record of the file that could not be read.
+// A file that cannot be read leaves none of its bytes in the package, wherever
+// the read failed: the package ends with the record of that file.
 TEST_F(ReadErrorInSource, endsTheBuildBehindTheRecordOfThatFile) {
     const struct {
         const char* where;
@@ -98,6 +98,10 @@ TEST_F(ReadErrorInSource, endsTheBuildBehindTheRecordOfThatFile) {
     } cases[] = {
         {"half way through a small file", 60000, {.readFailsAt = 30000}},
         {"at the start of a kernel copy", 300000, {.copyFails = EIO}},
+        {"part way through a kernel copy", 300000, {.copyFails = EIO, .copyBefore = 150000}},
+        {"part way through a large file copied through the buffer",
+         300000,
+         {.readFailsAt = 200000, .copyFails = EXDEV}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.where);

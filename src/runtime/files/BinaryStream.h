@@ -104,7 +104,10 @@ public:
     // Copies count bytes from the source's position to this stream's position
     // and advances both, in bounded blocks or inside the kernel, so that memory
     // stays flat however much is copied. Stops early at the source's end.
-    // Failures of either side are this stream's.
+    // Failures of either side are this stream's. When this stream fails, what
+    // reached the file stays there; when the source fails, what the copy wrote
+    // is taken back: the file is cut where the copy began and the position
+    // returns there, so a file that could not be read leaves none of its bytes.
     void CopyFrom(BinaryStream& source, uint64_t count);
 
 private:
@@ -129,9 +132,12 @@ private:
     bool writeBytes(const char* data, std::size_t count);
     std::size_t readBytes(char* data, std::size_t count);
     bool fileLength(uint64_t& length);
-    bool copyInKernel(BinaryStream& source, uint64_t& remaining);
-    bool copyThroughBuffer(BinaryStream& source, uint64_t& remaining);
-    bool copyFromSourceBuffer(BinaryStream& source, uint64_t& remaining);
+    // Which side of a copy failed, as that decides whether its bytes stay.
+    enum class CopyFailure { None, Destination, Source };
+    CopyFailure copyInKernel(BinaryStream& source, uint64_t& remaining);
+    CopyFailure copyThroughBuffer(BinaryStream& source, uint64_t& remaining);
+    CopyFailure copyFromSourceBuffer(BinaryStream& source, uint64_t& remaining);
+    void takeBackCopy(uint64_t start);
 
     int fd_;
     bool writable_;

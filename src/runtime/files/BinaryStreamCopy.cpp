@@ -20,18 +20,28 @@ bool kernelCopyUnsupported(int error) {
     return error == EXDEV || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
 }
 
+// copy_file_range does not say which of its two files failed. These errors
+// can only come from writing: a full disk or quota, a file grown past its
+// limit, a destination that is read-only or immutable. Everything else, EIO
+// above all, is taken as the source's: a disk that fails while writing is then
+// taken back too, which costs bytes of a build that has failed anyway, while
+// the other way round would leave part of an unreadable file in the package.
+bool destinationFailed(int error) {
+    return error == ENOSPC || error == EDQUOT || error == EFBIG || error == EROFS || error == EPERM;
+}
+
 }  // namespace
 
 // The kernel copies between the two files without the data passing through
 // this process. Leaves remaining as it is when the kernel cannot copy between
 // these files, for the buffered copy to finish.
-bool BinaryStream::copyInKernel(BinaryStream& source, uint64_t& remaining) {
+BinaryStream::CopyFailure BinaryStream::copyInKernel(BinaryStream& source, uint64_t& remaining) {
     if (!flushBuffer()) {
-        return false;
+        return CopyFailure::Destination;
     }
     auto in = static_cast<off_t>(source.position_);
     auto out = static_cast<off_t>(position_);
-    bool copied = true;
+    CopyFailure failure = CopyFailure::None;
     while (remaining > 0) {
         const auto block =
             static_cast<std::size_t>(std::min<uint64_t>(remaining, kKernelCopyBlock));
@@ -40,7 +50,10 @@ bool BinaryStream::copyInKernel(BinaryStream& source, uint64_t& remaining) {
             continue;
         }
         if (moved < 0) {
-            copied = kernelCopyUnsupported(errno) || fail(errno);
+            if (!kernelCopyUnsupported(errno)) {
+                failure = destinationFailed(errno) ? CopyFailure::Destination : CopyFailure::Source;
+                fail(errno);
+            }
             break;
         }
         if (moved == 0) {
@@ -50,18 +63,19 @@ bool BinaryStream::copyInKernel(BinaryStream& source, uint64_t& remaining) {
     }
     source.position_ = static_cast<uint64_t>(in);
     position_ = static_cast<uint64_t>(out);
-    return copied;
+    return failure;
 }
 
 // Reads the source straight into the free end of this stream's buffer, so a
 // small file costs one read and no write of its own.
-bool BinaryStream::copyThroughBuffer(BinaryStream& source, uint64_t& remaining) {
+BinaryStream::CopyFailure BinaryStream::copyThroughBuffer(BinaryStream& source,
+                                                          uint64_t& remaining) {
     while (remaining > 0) {
         const bool appendsToBuffer =
             bufferFill_ > 0 && position_ == bufferStart_ + bufferFill_ && bufferFill_ < kBufferSize;
         if (!appendsToBuffer) {
             if (!flushBuffer()) {
-                return false;
+                return CopyFailure::Destination;
             }
             ensureBuffer();
             bufferStart_ = position_;
@@ -71,7 +85,7 @@ bool BinaryStream::copyThroughBuffer(BinaryStream& source, uint64_t& remaining) 
         const ssize_t read = source.readAt(buffer_.get() + bufferFill_, block, source.position_);
         if (read < 0) {
             lastErrorCode_ = source.lastErrorCode_;
-            return false;
+            return CopyFailure::Source;
         }
         if (read == 0) {
             break;
@@ -82,49 +96,67 @@ bool BinaryStream::copyThroughBuffer(BinaryStream& source, uint64_t& remaining) 
         source.position_ += static_cast<uint64_t>(read);
         remaining -= static_cast<uint64_t>(read);
     }
-    return true;
+    return CopyFailure::None;
 }
 
 // Takes the bytes that the source has already read ahead from its buffer, so
 // that a run of short copies between small reads, as a package of many small
 // files asks for, reads each block of the source file once.
-bool BinaryStream::copyFromSourceBuffer(BinaryStream& source, uint64_t& remaining) {
+BinaryStream::CopyFailure BinaryStream::copyFromSourceBuffer(BinaryStream& source,
+                                                             uint64_t& remaining) {
     if (&source == this || source.dirty_ || !source.bufferHolds(source.position_)) {
-        return true;
+        return CopyFailure::None;
     }
     const auto offset = static_cast<std::size_t>(source.position_ - source.bufferStart_);
     const auto chunk =
         static_cast<std::size_t>(std::min<uint64_t>(remaining, source.bufferFill_ - offset));
     if (!writeBytes(source.buffer_.get() + offset, chunk)) {
-        return false;
+        return CopyFailure::Destination;
     }
     source.position_ += chunk;
     remaining -= chunk;
-    return true;
+    return CopyFailure::None;
+}
+
+// Takes back what a copy wrote from start on, from the buffer and from the
+// file, which then ends at start. Only a copy whose source failed comes here,
+// so the copy that succeeds makes no call for it. Should the truncation fail
+// as well, the source's failure is still the one told, being the cause.
+void BinaryStream::takeBackCopy(uint64_t start) {
+    if (position_ == start) {
+        return;
+    }
+    if (bufferFill_ > 0 && bufferStart_ + bufferFill_ > start) {
+        bufferFill_ = bufferStart_ < start ? static_cast<std::size_t>(start - bufferStart_) : 0;
+        dirty_ = dirty_ && bufferFill_ > 0;
+    }
+    position_ = start;
+    systemCalls.ftruncate(fd_, static_cast<off_t>(start));
 }
 
 void BinaryStream::CopyFrom(BinaryStream& source, uint64_t count) {
     beginOperation();
-    bool copying = (fd_ >= 0 && writable_) || fail(EBADF);
+    const uint64_t start = position_;
     uint64_t remaining = count;
-    if (copying) {
-        copying = copyFromSourceBuffer(source, remaining);
-    }
-    if (remaining == 0) {
-        CheckForError();
-        return;
+    CopyFailure failure =
+        (fd_ >= 0 && writable_) || fail(EBADF) ? CopyFailure::None : CopyFailure::Destination;
+    if (failure == CopyFailure::None) {
+        failure = copyFromSourceBuffer(source, remaining);
     }
     // The source's position is the truth; what its buffer holds must be on
     // disk before the copy reads the file directly.
-    if (copying && !source.flushBuffer()) {
+    if (failure == CopyFailure::None && remaining > 0 && !source.flushBuffer()) {
         lastErrorCode_ = source.lastErrorCode_;
-        copying = false;
+        failure = CopyFailure::Source;
     }
-    if (copying && remaining >= kBufferSize) {
-        copying = copyInKernel(source, remaining);
+    if (failure == CopyFailure::None && remaining >= kBufferSize) {
+        failure = copyInKernel(source, remaining);
     }
-    if (copying) {
-        copyThroughBuffer(source, remaining);
+    if (failure == CopyFailure::None && remaining > 0) {
+        failure = copyThroughBuffer(source, remaining);
+    }
+    if (failure == CopyFailure::Source) {
+        takeBackCopy(start);
     }
     CheckForError();
 }

@@ -84,5 +84,52 @@ TEST(BinaryStreamFaults, kernelCopyFailingOtherwise_raisesItsErrorNumber) {
     EXPECT_EQ(injected.copyCalls(), 1);
 }
 
+// A source that fails part way takes back what the copy wrote, so that the
+// file and the position end where the copy began; a destination that fails
+// keeps what reached it. Both the kernel copy and the one through the buffer.
+TEST(BinaryStreamFaults, copyFailingPartWay_takesBackOnlyWhatAFailingSourceGave) {
+    ScratchFolder scratch;
+    scratch.writeFile("source", kLarge);
+    const std::string head = "head";
+    const struct {
+        const char* where;
+        Faults faults;
+        int error;
+        std::size_t kept;
+    } cases[] = {
+        {"source, kernel copy", {.copyFails = EIO, .copyBefore = 200000}, EIO, 4},
+        {"source, through the buffer", {.readFailsAt = 200000, .copyFails = EXDEV}, EIO, 4},
+        {"full disk, kernel copy", {.copyFails = ENOSPC, .copyBefore = 200000}, ENOSPC, 200004},
+        {"quota, kernel copy", {.copyFails = EDQUOT, .copyBefore = 200000}, EDQUOT, 200004},
+        {"file too large, kernel copy", {.copyFails = EFBIG, .copyBefore = 200000}, EFBIG, 200004},
+        {"full disk, through the buffer",
+         {.diskSpace = 150000, .copyFails = EXDEV},
+         ENOSPC,
+         150000},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.where);
+        SystemCallFaults injected(c.faults);
+        const auto out = BinaryStream::Create(scratch.item("out"), true);
+        out->Write(String(head, nullptr));
+        const auto source = BinaryStream::Open(scratch.item("source"), false);
+        try {
+            out->CopyFrom(*source, kLarge.size());
+            ADD_FAILURE() << "no IOException";
+        } catch (const IOException& e) {
+            EXPECT_EQ(e.ErrorNumber, FileErrorCode(c.error));
+        }
+        if (c.kept == head.size()) {
+            EXPECT_EQ(out->Position(), head.size());
+        }
+        out->UseIOExceptions = false;
+        out->Close();
+        const std::string written = scratch.readFile("out");
+        EXPECT_EQ(written.size(), c.kept);
+        EXPECT_TRUE(written == (head + kLarge).substr(0, c.kept));
+        EXPECT_GT(injected.injected(), 0);
+    }
+}
+
 }  // namespace
 }  // namespace vx
