@@ -1,5 +1,6 @@
 #include "container/vxPacker.h"
 
+#include "container/vxpkFormat.h"
 #include "runtime/core/RuntimeException.h"
 #include "runtime/files/FileErrorCode.h"
 #include "runtime/services/UIServices.h"
@@ -76,11 +77,8 @@ void build() {
         owner->log("Target: " + target->NativePath());
 
         bs = BinaryStream::Create(target, true);
-        bs->LittleEndian = false;
-        bs->WritePString("V001");
-        bs->WritePString(name);
-        bs->WritePString(uid);
-        bs->WritePString(folder->Name());
+        vxpkFormat::prepare(*bs);
+        vxpkFormat::writeHeader(*bs, {.name = name, .uid = uid, .folderName = folder->Name()});
         // A folder object keeps the listing it read first, and the one the
         // wizard picked may have been walked by an earlier build: list the
         // source afresh so that files added or removed since then count.
@@ -97,23 +95,20 @@ void build() {
 void packFileItem(const Ref<FolderItem>& item) {
     const WalkDepthGuard depth;
     const String rel = getRelativePath(item);
-    bs->WritePString(item->Name());
-    bs->WritePString(rel);
-    if (item->Directory()) {
-        owner->log("Processing Folder: " + item->Name());
-        bs->WriteInt8(2);
-    } else {
-        owner->log("Copying: " + item->Name());
-        bs->WriteInt8(1);
-    }
+    const bool isFolder = item->Directory();
     uint64_t length = 0;
     if (item->IsReadable()) {
         length = item->Length();
     }
     // Only the low 32 bits fit the field; the contents below are always whole.
-    bs->WriteInt32(static_cast<int32_t>(static_cast<uint32_t>(length)));
+    vxpkFormat::writeRecord(*bs,
+                            {.name = item->Name(),
+                             .parent = rel,
+                             .type = isFolder ? vxpkFormat::kFolderType : vxpkFormat::kFileType,
+                             .length = static_cast<int32_t>(static_cast<uint32_t>(length))});
+    owner->log((isFolder ? "Processing Folder: " : "Copying: ") + item->Name());
 
-    if (item->Directory()) {
+    if (isFolder) {
         packEntries(item);
         return;
     }
@@ -137,7 +132,7 @@ String getRelativePath(const Ref<FolderItem>& item) {
     if (Right(rel, 1) == separator) {
         rel = Left(rel, Len(rel) - 1);
     }
-    return ReplaceAll(rel, separator, ":");
+    return ReplaceAll(rel, separator, vxpkFormat::kSeparator);
 }
 
 }  // namespace vx::vxPacker

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "container/vxpkFormat.h"
 #include "runtime/core/RuntimeException.h"
 #include "runtime/files/SpecialFolder.h"
 #include "runtime/services/UIServices.h"
@@ -17,8 +18,6 @@
 namespace vx {
 namespace {
 
-constexpr int64_t kFolderType = 2;
-
 // The present second in hexadecimal, then a number from 100 to 400: two
 // extractions in one second still differ, most of the time.
 String temporaryFolderName() {
@@ -33,7 +32,7 @@ String itemPath(const Ref<FolderItem>& folder, const String& parent, const Strin
     const String separator = "/";
     String path = folder->NativePath() + separator;
     if (Len(parent) > 0) {
-        path = path + ReplaceAll(parent, ":", separator) + separator;
+        path = path + ReplaceAll(parent, vxpkFormat::kSeparator, separator) + separator;
     }
     return path + itemName;
 }
@@ -91,9 +90,9 @@ bool vxpkFile::extract(const Ref<FolderItem>& destination) {
         }
         folder = destination;
         const Ref<BinaryStream> stream = BinaryStream::Open(fileSource, false);
-        stream->LittleEndian = false;
-        version = stream->ReadPString(nullptr);
-        if (RuntimeStringCompare(version, "V001") != 0) {
+        vxpkFormat::prepare(*stream);
+        version = vxpkFormat::readString(*stream);
+        if (RuntimeStringCompare(version, vxpkFormat::kVersion) != 0) {
             return false;
         }
         const bool result = readVersion1(stream);
@@ -110,21 +109,19 @@ bool vxpkFile::extract(const Ref<FolderItem>& destination) {
 }
 
 bool vxpkFile::readVersion1(const Ref<BinaryStream>& stream) {
-    name = stream->ReadPString(nullptr);
-    uid = stream->ReadPString(nullptr);
-    folderName = stream->ReadPString(nullptr);
+    const vxpkFormat::Header header = vxpkFormat::readHeader(*stream);
+    name = header.name;
+    uid = header.uid;
+    folderName = header.folderName;
     // The end of the file is the only end of a package; a record cut short
     // runs into it and gives what the reads give there.
     while (!stream->EOF_()) {
         const Ref<Dictionary> entry = newEntry();
-        const String itemName = stream->ReadPString(nullptr);
-        const String parent = stream->ReadPString(nullptr);
-        const int64_t type = stream->ReadInt8();
-        const int64_t length = stream->ReadInt32();
-        entry->Value("name", StringToVariant(itemName));
-        entry->Value("parent", StringToVariant(parent));
-        entry->Value("type", Int64ToVariant(type));
-        if (!recreateItem(*stream, itemName, parent, type, length)) {
+        const vxpkFormat::Record record = vxpkFormat::readRecord(*stream);
+        entry->Value("name", StringToVariant(record.name));
+        entry->Value("parent", StringToVariant(record.parent));
+        entry->Value("type", Int64ToVariant(record.type));
+        if (!recreateItem(*stream, record.name, record.parent, record.type, record.length)) {
             return false;
         }
         RuntimeBackgroundTask();
@@ -140,7 +137,7 @@ bool vxpkFile::recreateItem(BinaryStream& stream, const String& itemName, const 
         MsgBox("Unable to create " + path);
         return false;
     }
-    if (type == kFolderType) {
+    if (type == vxpkFormat::kFolderType) {
         // A folder that is there already, or cannot be made, is no reason to
         // stop: the records inside it tell for themselves.
         item->CreateAsFolder();
