@@ -40,9 +40,20 @@ Record readRecord(BinaryStream& stream) {
     Record record;
     record.name = readString(stream);
     record.parent = readString(stream);
+    readTypeAndLength(stream, record);
+    return record;
+}
+
+void readTypeAndLength(BinaryStream& stream, Record& record) {
     record.type = stream.ReadInt8();
     record.length = stream.ReadInt32();
-    return record;
+}
+
+uint64_t announcedStringBytes(BinaryStream& stream) {
+    const uint64_t start = stream.Position();
+    const String lengthByte = stream.Read(static_cast<int64_t>(kStringLengthBytes));
+    stream.Position(start);
+    return lengthByte.bytes().empty() ? 0 : static_cast<unsigned char>(lengthByte.bytes()[0]);
 }
 
 }  // namespace vx::vxpkFormat

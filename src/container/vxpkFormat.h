@@ -59,5 +59,10 @@ String readString(BinaryStream& stream);
 // first with readString.
 Header readHeader(BinaryStream& stream);
 Record readRecord(BinaryStream& stream);
+// The type and the length, which stand behind the two strings of a record.
+void readTypeAndLength(BinaryStream& stream, Record& record);
+// The byte count that the string field at the position announces, read
+// without moving; 0 at the end of the file.
+uint64_t announcedStringBytes(BinaryStream& stream);
 
 }  // namespace vx::vxpkFormat

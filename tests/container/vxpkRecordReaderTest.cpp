@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "PackageBytes.h"
+#include "container/PackageProblem.h"
+#include "container/vxpkRecordReader.h"
+#include "container/vxpkRecordWriter.h"
+#include "support/ScratchFolder.h"
+
+namespace vx {
+namespace {
+
+using namespace test;
+
+class vxpkRecordReaderTest : public ::testing::Test {
+protected:
+    vxpkRecordReader open(const std::string& bytes) {
+        scratch.writeFile("in.vxpk", bytes);
+        return vxpkRecordReader(BinaryStream::Open(scratch.item("in.vxpk"), false));
+    }
+    // The paths the reader walks before it ends or raises, and its diagnosis.
+    std::string walk(const std::string& bytes) {
+        std::string seen;
+        try {
+            auto reader = open(bytes);
+            while (const auto entry = reader.next()) {
+                seen += std::string(entry->fields.name.bytes()) + ";";
+            }
+        } catch (const PackageProblem& problem) {
+            seen += problem.where();
+        }
+        return seen;
+    }
+
+    ScratchFolder scratch;
+};
+
+const std::vector<PackageRecord> kSample = {FolderRecord("css"), FileRecord("a.css", "p{}", "css"),
+                                            FileRecord("index.html", "<h1/>")};
+
+TEST_F(vxpkRecordReaderTest, writerOutput_isTheFormatByteForByte_andReadsBackWithOffsets) {
+    {
+        vxpkRecordWriter writer(BinaryStream::Create(scratch.item("out.vxpk"), true),
+                                {.name = "Demo", .uid = "demo1", .folderName = "site"});
+        writer.addFolder("css", "");
+        scratch.writeFile("a.css", "p{}");
+        const auto source = BinaryStream::Open(scratch.item("a.css"), false);
+        writer.addFile("a.css", "css", *source, 3);
+        writer.addFile("index.html", "", "<h1/>");
+        writer.finish();
+    }
+    ASSERT_EQ(scratch.readFile("out.vxpk"), EncodePackage(kSample));
+
+    auto reader = vxpkRecordReader(BinaryStream::Open(scratch.item("out.vxpk"), false));
+    EXPECT_EQ(reader.header().name, "Demo");
+    EXPECT_EQ(reader.header().folderName, "site");
+    EXPECT_EQ(reader.packageSize(), 71u);
+    const auto folder = reader.next();
+    ASSERT_TRUE(folder);
+    EXPECT_EQ(std::vector<uint64_t>({folder->offset, folder->parentOffset, folder->typeOffset,
+                                     folder->lengthOffset, folder->contentsOffset}),
+              std::vector<uint64_t>({21, 25, 26, 27, 31}));
+    // The file's contents are passed over by the next call, not read.
+    const auto file = reader.next();
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->contentsOffset, 46u);
+    const auto last = reader.next();
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->offset, 49u);
+    scratch.writeFile("copy", "");
+    const auto copy = BinaryStream::Open(scratch.item("copy"), true);
+    reader.copyContents(*copy);
+    copy->Close();
+    EXPECT_EQ(scratch.readFile("copy"), "<h1/>");
+    EXPECT_FALSE(reader.next());
+}
+
+// A package cut anywhere is refused at the field it cuts, except at a record
+// boundary, where it is a shorter package.
+TEST_F(vxpkRecordReaderTest, packageCutAtEveryByte_isRefusedUnlessCutBetweenRecords) {
+    const std::string whole = EncodePackage(kSample);
+    const std::vector<size_t> boundaries = {21, 31, 49, 71};
+    for (size_t cut = 0; cut < whole.size(); ++cut) {
+        const std::string seen = walk(whole.substr(0, cut));
+        const bool atBoundary =
+            std::find(boundaries.begin(), boundaries.end(), cut) != boundaries.end();
+        EXPECT_EQ(seen.find("bytes but the file ends") == std::string::npos &&
+                      seen.find("runs past the end") == std::string::npos &&
+                      seen.find("not a package") == std::string::npos,
+                  atBoundary)
+            << "cut at " << cut << ": " << seen;
+    }
+}
+
+TEST_F(vxpkRecordReaderTest, damagedFields_areDiagnosedWithRecordAndOffset) {
+    struct Case {
+        std::string bytes;
+        std::string diagnosis;
+    };
+    const std::vector<Case> cases = {
+        {EncodeHeader("V002", "a", "b", "c"), "header at byte 0: not a package of version V001"},
+        {EncodePackage({{"x", "", 3, 0, ""}}),
+         "record 1 at byte 24: type 3 is neither 1 (file) nor 2 (folder)"},
+        {EncodePackage({{"x", "", 1, -1, ""}}), "record 1 at byte 25: negative length -1"},
+        {EncodePackage({{"x", "", 1, 9, "abc"}}),
+         "record 1 at byte 25: the length 9 runs past the end of the file (3 bytes left)"},
+        {EncodePackage({FileRecord("a", "1")}) + "\x05" + "ab",
+         "a;record 2 at byte 30: the string needs 6 bytes but the file ends after 3"},
+        // A folder's length has no bearing on the layout and is not checked.
+        {EncodePackage({{"d", "", 2, 1000, ""}, FileRecord("f", "1", "d")}), "d;f;"},
+    };
+    for (const auto& [bytes, diagnosis] : cases) {
+        EXPECT_EQ(walk(bytes), diagnosis);
+    }
+}
+
+TEST_F(vxpkRecordReaderTest, writer_refusesWhatTheFormatCannotHold) {
+    vxpkRecordWriter writer(BinaryStream::Create(scratch.item("out.vxpk"), true), {});
+    EXPECT_THROW(writer.addFolder(std::string(256, 'n').c_str(), ""), std::length_error);
+    EXPECT_THROW(writer.addFile("f", std::string(256, 'p').c_str(), ""), std::length_error);
+    EXPECT_NO_THROW(writer.addFolder(std::string(255, 'n').c_str(), ""));
+}
+
+}  // namespace
+}  // namespace vx
