@@ -1,7 +1,7 @@
 #include "app/frmMain.h"
 
 #include "app/FileTypes.h"
-#include "app/PackageDescription.h"
+#include "container/PackageDescription.h"
 #include "container/vxPacker.h"
 #include "runtime/files/FolderItem.h"
 #include "runtime/services/UIServices.h"

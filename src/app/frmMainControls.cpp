@@ -6,13 +6,12 @@
 
 #include "app/MainMenuBar.h"
 #include "app/frmMain.h"
+#include "container/PackageDescription.h"
 
 namespace vx {
 
 namespace {
 
-const char* const kSampleIdentifier = "com.example.myapp";
-const char* const kSampleAddress = "http://www.example.com";
 constexpr uint32_t kVersionLabelColor = 0x000F7FFE;
 
 String aboutText() {
@@ -103,8 +102,8 @@ void frmMain::_CreateControls0() {
         addField("txtPath", {40, 258, 419, 22, "LTR", 5, settings}, "", "", txtPath_TextChange);
     path->ReadOnly(true);
 
-    addField("txtUID", {202, 52, 173, 22, "LT", 1, settings}, kSampleIdentifier, "",
-             txtUID_TextChange);
+    addField("txtUID", {202, 52, 173, 22, "LT", 1, settings},
+             PackageDescription::wizardDefaults().uid, "", txtUID_TextChange);
 
     addLabel("Label1", {202, 30, 134, 20, "LT", 4, settings}, "App Unique Identifier");
     addLabel("Label2", {202, 79, 134, 20, "LT", 6, settings}, "App Name");
@@ -151,7 +150,8 @@ void frmMain::_CreateControls0() {
 
     addControl<TextArea>("txtHelp", {33, 56, 534, 479, "LTRB", 1, about})->Text(aboutText());
 
-    addField("txtName", {202, 101, 349, 22, "LT", 3, settings}, "My App", "", txtName_TextChange);
+    addField("txtName", {202, 101, 349, 22, "LT", 3, settings},
+             PackageDescription::wizardDefaults().name, "", txtName_TextChange);
 
     auto canvas = addControl<Canvas>("Canvas1", {40, 28, 128, 128, "LT", 13, settings});
     canvas->Transparent(true);
@@ -168,33 +168,35 @@ void frmMain::_CreateControls0() {
     widthLabel->HelpTag("Initial window width");
     widthLabel->TextAlign(Label::kAlignRight);
 
-    auto width = addField("txtWidth", {221, 376, 200, 22, "LT", 10, settings}, "600", "",
-                          txtWidth_TextChange);
+    auto width = addField("txtWidth", {221, 376, 200, 22, "LT", 10, settings},
+                          PackageDescription::wizardDefaults().width, "", txtWidth_TextChange);
     width->Mask("0#");
 
     auto heightLabel = addLabel("Label8", {73, 410, 134, 20, "LT", 17, settings}, "Height");
     heightLabel->HelpTag("Initial window width");
     heightLabel->TextAlign(Label::kAlignRight);
 
-    auto height = addField("txtHeight", {221, 409, 200, 22, "LT", 11, settings}, "600",
-                           "Initial window height", txtHeight_TextChange);
+    auto height = addField("txtHeight", {221, 409, 200, 22, "LT", 11, settings},
+                           PackageDescription::wizardDefaults().height, "Initial window height",
+                           txtHeight_TextChange);
     height->Mask("0#");
 
     auto titleLabel = addLabel("Label9", {73, 443, 134, 20, "LT", 19, settings}, "Title");
     titleLabel->TextAlign(Label::kAlignRight);
 
-    addField("txtTitle", {219, 443, 200, 22, "LT", 12, settings}, "My App", "Window title...",
-             txtTitle_TextChange);
+    addField("txtTitle", {219, 443, 200, 22, "LT", 12, settings},
+             PackageDescription::wizardDefaults().title, "Window title...", txtTitle_TextChange);
 
     auto mainLabel = addLabel("Label10", {73, 476, 134, 20, "LT", 21, settings}, "Main File");
     mainLabel->TextAlign(Label::kAlignRight);
 
-    addField("txtMain", {221, 475, 200, 22, "LT", 13, settings}, "index.html",
-             "Initial file to load", txtMain_TextChange);
+    addField("txtMain", {221, 475, 200, 22, "LT", 13, settings},
+             PackageDescription::wizardDefaults().main, "Initial file to load", txtMain_TextChange);
 
     addLabel("Label11", {394, 30, 134, 20, "LT", 23, settings}, "App Version");
 
-    addField("txtVersion", {387, 52, 164, 22, "LT", 2, settings}, "1.0", "", txtVersion_TextChange);
+    addField("txtVersion", {387, 52, 164, 22, "LT", 2, settings},
+             PackageDescription::wizardDefaults().version, "", txtVersion_TextChange);
 }
 
 void frmMain::_CreateControls1() {
@@ -202,8 +204,9 @@ void frmMain::_CreateControls1() {
 
     addLabel("Label12", {202, 128, 180, 20, "LT", 25, settings}, "App Company or Support");
 
-    addField("txtCompany", {202, 150, 290, 22, "LT", 4, settings}, kSampleAddress,
-             "Name or URL of company or support page", txtCompany_TextChange);
+    addField("txtCompany", {202, 150, 290, 22, "LT", 4, settings},
+             PackageDescription::wizardDefaults().company, "Name or URL of company or support page",
+             txtCompany_TextChange);
 
     auto versionLabel = addLabel("Label5", {20, 572, 246, 20, "LB", 2, onWindow},
                                  "Vantrelix App Builder Version 1.0");

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "../container/PackageBytes.h"
-#include "PackageDescriptionText.h"
 #include "WizardHarness.h"
 #include "app/App.h"
+#include "container/PackageDescriptionText.h"
 #include "support/ToolkitEnvironment.h"
 
 namespace vx {

@@ -22,6 +22,10 @@ struct Fields {
     String height;
 };
 
+// What the wizard's fields hold when its window opens; the command line
+// takes the same for the fields it is not given.
+const Fields& wizardDefaults();
+
 // The document, members in the order the host expects them. Only the main
 // file is trimmed; width and height become numbers, 0 when they hold none.
 Ref<JSONItem> document(const Fields& fields);

@@ -1,10 +1,22 @@
-#include "app/PackageDescription.h"
+#include "container/PackageDescription.h"
 
 #include "runtime/files/BinaryStream.h"
 #include "runtime/text/StringFunctions.h"
 #include "runtime/text/Val.h"
 
 namespace vx::PackageDescription {
+
+const Fields& wizardDefaults() {
+    static const Fields defaults{.name = "My App",
+                                 .uid = "com.example.myapp",
+                                 .version = "1.0",
+                                 .company = "http://www.example.com",
+                                 .main = "index.html",
+                                 .title = "My App",
+                                 .width = "600",
+                                 .height = "600"};
+    return defaults;
+}
 
 Ref<JSONItem> document(const Fields& fields) {
     auto root = New<JSONItem>();

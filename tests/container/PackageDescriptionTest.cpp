@@ -4,7 +4,7 @@
 #include <string>
 
 #include "PackageDescriptionText.h"
-#include "app/PackageDescription.h"
+#include "container/PackageDescription.h"
 #include "runtime/text/TextEncoding.h"
 #include "support/ScratchFolder.h"
 
@@ -13,16 +13,7 @@ namespace {
 
 using PackageDescription::Fields;
 
-Fields wizardDefaults() {
-    return {.name = "My App",
-            .uid = "com.example.myapp",
-            .version = "1.0",
-            .company = "http://www.example.com",
-            .main = "index.html",
-            .title = "My App",
-            .width = "600",
-            .height = "600"};
-}
+using PackageDescription::wizardDefaults;
 
 std::string textOf(const Fields& fields) {
     const String text = PackageDescription::document(fields)->ToString();
