@@ -9,7 +9,7 @@ packages=(
     clang libclang-rt-14-dev clang-format
     qt6-base-dev libqt6svg6 libfontconfig-dev libgl-dev
     xvfb xauth x11-utils imagemagick openbox
-    nlohmann-json3-dev time
+    nlohmann-json3-dev time libcli11-dev
 )
 
 missing=()

@@ -1,5 +1,6 @@
 #include "container/vxpkRecordReader.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -82,6 +83,20 @@ std::optional<RecordEntry> vxpkRecordReader::next() {
 void vxpkRecordReader::copyContents(BinaryStream& out) {
     stream_->Position(current_.value().contentsOffset);
     out.CopyFrom(*stream_, current_->contentsBytes());
+}
+
+void vxpkRecordReader::readContents(const std::function<void(std::string_view)>& sink) {
+    constexpr uint64_t kBlockBytes = 1 << 20;
+    stream_->Position(current_.value().contentsOffset);
+    for (uint64_t left = current_->contentsBytes(); left > 0;) {
+        const String block = stream_->Read(static_cast<int64_t>(std::min(left, kBlockBytes)));
+        if (block.bytes().empty()) {
+            throw PackageProblem(current_->number, stream_->Position(),
+                                 "the file ended while its contents were read");
+        }
+        sink(block.bytes());
+        left -= block.bytes().size();
+    }
 }
 
 }  // namespace vx

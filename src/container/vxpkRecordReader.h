@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <string_view>
 
 #include "container/vxpkFormat.h"
 #include "runtime/core/Ref.h"
@@ -46,6 +48,8 @@ public:
     std::optional<RecordEntry> next();
     // Copies the contents of the record that next gave last to out.
     void copyContents(BinaryStream& out);
+    // Gives the contents of that record to sink in blocks of bounded size.
+    void readContents(const std::function<void(std::string_view)>& sink);
 
 private:
     String readString(uint64_t record);

@@ -1,0 +1,71 @@
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "cli/CliFailure.h"
+#include "cli/Commands.h"
+#include "cli/PackageInput.h"
+#include "container/vxpkTreeCheck.h"
+
+namespace vx::cli {
+namespace {
+
+struct CatOptions {
+    std::string package;
+    std::string path;
+};
+
+// The record of the file at path; the reader stands behind its fields.
+RecordEntry findFile(vxpkRecordReader& reader, const CatOptions& options) {
+    while (const auto entry = reader.next()) {
+        if (RecordPath(entry->fields) != options.path) {
+            continue;
+        }
+        if (entry->isFolder()) {
+            failUnacceptable(options.package, options.path + " is a folder");
+        }
+        return *entry;
+    }
+    failUnacceptable(options.package, "no file " + options.path + " in the package");
+}
+
+// Standard output may be a pipe or a file opened for appending, so the bytes
+// go out with plain writes in order, never at an offset.
+void writeOut(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written < 0) {
+            failSystem("standard output", errno);
+        }
+        bytes.remove_prefix(static_cast<size_t>(written));
+    }
+}
+
+void cat(const CatOptions& options) {
+    vxpkRecordReader reader = openPackage(options.package);
+    withPackage(options.package, [&] {
+        findFile(reader, options);
+        reader.readContents(writeOut);
+    });
+}
+
+}  // namespace
+
+void addCatCommand(CLI::App& app) {
+    auto options = std::make_shared<CatOptions>();
+    CLI::App* command =
+        app.add_subcommand("cat", "Write the bytes of one file of a package to standard output");
+    command->add_option("PACKAGE", options->package, "The package to read")->required();
+    command->add_option("PATH", options->path, "The file's path in the package, with \"/\"")
+        ->required();
+    command->callback([options] { cat(*options); });
+}
+
+}  // namespace vx::cli

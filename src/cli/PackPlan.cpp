@@ -1,0 +1,150 @@
+#include "cli/PackPlan.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <set>
+#include <utility>
+
+#include "cli/CliFailure.h"
+#include "container/vxpkFormat.h"
+
+namespace vx::cli {
+namespace {
+
+constexpr const char* kPackageJsonName = "package.json";
+
+// The folders from the source down to the one being walked, by device and
+// inode: a symlink back to any of them would make the walk endless.
+using Ancestors = std::set<std::pair<dev_t, ino_t>>;
+
+class Planner {
+public:
+    Planner(const ExcludeGlob& exclude, const std::optional<std::string>& packageJson)
+        : exclude_(exclude), packageJson_(packageJson) {}
+
+    void walk(const std::string& folder, const std::string& relative, const std::string& parent,
+              Ancestors& ancestors);
+
+    PackPlan plan;
+
+private:
+    std::vector<std::string> entries(const std::string& folder, bool top) const;
+    void add(const std::string& folder, const std::string& name, const std::string& relative,
+             const std::string& parent, Ancestors& ancestors);
+
+    const ExcludeGlob& exclude_;
+    const std::optional<std::string>& packageJson_;
+};
+
+bool isLeftOut(const std::string& name) {
+    return name.front() == '.' || name.front() == '_';
+}
+
+std::vector<std::string> Planner::entries(const std::string& folder, bool top) const {
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(folder.c_str()), ::closedir);
+    if (!dir) {
+        failSystem(folder, errno);
+    }
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent* entry = ::readdir(dir.get())) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != ".." && !isLeftOut(name)) {
+            names.push_back(name);
+        }
+    }
+    if (errno != 0) {
+        failSystem(folder, errno);
+    }
+    if (top && packageJson_ &&
+        std::find(names.begin(), names.end(), kPackageJsonName) == names.end()) {
+        names.emplace_back(kPackageJsonName);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void Planner::walk(const std::string& folder, const std::string& relative,
+                   const std::string& parent, Ancestors& ancestors) {
+    for (const auto& name : entries(folder, relative.empty())) {
+        const std::string path = relative.empty() ? name : relative + "/" + name;
+        if (!exclude_.excludes(path)) {
+            add(folder, name, path, parent, ancestors);
+        }
+    }
+}
+
+void Planner::add(const std::string& folder, const std::string& name, const std::string& relative,
+                  const std::string& parent, Ancestors& ancestors) {
+    if (name.size() > vxpkFormat::kMaxStringBytes) {
+        failUnacceptable(relative, "the name is longer than 255 bytes");
+    }
+    if (parent.size() > vxpkFormat::kMaxStringBytes) {
+        failUnacceptable(relative, "the parent path is longer than 255 bytes");
+    }
+    PlannedItem item;
+    item.relative = relative;
+    item.name = name;
+    item.parent = parent;
+    if (packageJson_ && relative == kPackageJsonName) {
+        item.generated = *packageJson_;
+        item.size = packageJson_->size();
+        plan.contentBytes += item.size;
+        plan.items.push_back(std::move(item));
+        return;
+    }
+    const std::string path = folder + "/" + name;
+    struct stat info;
+    if (::stat(path.c_str(), &info) != 0) {
+        if (errno == ELOOP) {
+            failUnacceptable(relative, "a symlink that leads into a cycle");
+        }
+        failSystem(relative, errno);
+    }
+    if (S_ISDIR(info.st_mode)) {
+        if (name.find(vxpkFormat::kSeparator) != std::string::npos) {
+            failUnacceptable(relative, "a folder name holding \":\", which reads as a separator");
+        }
+        if (!ancestors.emplace(info.st_dev, info.st_ino).second) {
+            failUnacceptable(relative, "a symlink that leads into a cycle");
+        }
+        item.isFolder = true;
+        plan.items.push_back(std::move(item));
+        walk(path, relative, parent.empty() ? name : parent + vxpkFormat::kSeparator + name,
+             ancestors);
+        ancestors.erase({info.st_dev, info.st_ino});
+        return;
+    }
+    if (!S_ISREG(info.st_mode)) {
+        failUnacceptable(relative, "neither a file nor a folder (a FIFO, socket or device)");
+    }
+    if (static_cast<uint64_t>(info.st_size) > vxpkFormat::kMaxContentsBytes) {
+        failUnacceptable(relative, "a file of 2 GiB or more");
+    }
+    item.size = static_cast<uint64_t>(info.st_size);
+    plan.contentBytes += item.size;
+    plan.items.push_back(std::move(item));
+}
+
+}  // namespace
+
+PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
+                  const std::optional<std::string>& generatedPackageJson) {
+    struct stat info;
+    if (::stat(source.c_str(), &info) != 0) {
+        failSystem(source, errno);
+    }
+    if (!S_ISDIR(info.st_mode)) {
+        failSystem(source, ENOTDIR);
+    }
+    Planner planner(exclude, generatedPackageJson);
+    Ancestors ancestors{{info.st_dev, info.st_ino}};
+    planner.walk(source, "", "", ancestors);
+    return std::move(planner.plan);
+}
+
+}  // namespace vx::cli

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/ExcludeGlob.h"
+
+namespace vx::cli {
+
+// One record that pack will write, in package order.
+struct PlannedItem {
+    // Below the source folder, "/" between components; for messages and
+    // --exclude.
+    std::string relative;
+    std::string name;
+    // The record's parent field, ":" between components.
+    std::string parent;
+    bool isFolder = false;
+    uint64_t size = 0;
+    // The contents of a file that pack makes itself instead of reading one.
+    std::optional<std::string> generated;
+};
+
+struct PackPlan {
+    std::vector<PlannedItem> items;
+    uint64_t contentBytes = 0;
+};
+
+// Walks source as the App's packer does (entries sorted by the bytes of their
+// names, those beginning with "." or "_" left out, symlinks followed) and
+// refuses, before anything is written, whatever the format cannot hold
+// faithfully: contents of 2 GiB or more, a name or parent over 255 bytes, a
+// folder name holding ":", a symlink that leads into a cycle, and anything
+// that is neither file nor folder. With generatedPackageJson, a top-level
+// package.json holds it, in place of whatever stands in the source.
+PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
+                  const std::optional<std::string>& generatedPackageJson);
+
+}  // namespace vx::cli

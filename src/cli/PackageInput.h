@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "container/vxpkRecordReader.h"
+
+namespace vx::cli {
+
+// Opens the package at path for reading; a file that cannot be opened ends
+// the command with a system error, one that is no regular file is refused.
+Ref<BinaryStream> openPackageStream(const std::string& path);
+
+// Opens the package at path for the strict reader, which has read and
+// checked its header.
+vxpkRecordReader openPackage(const std::string& path);
+
+// Runs body, turning the reader's findings into the command's failures named
+// after the package: a problem of the package is unacceptable, a failed read
+// a system error.
+template <class Body>
+auto withPackage(const std::string& path, Body&& body) -> decltype(body());
+
+[[noreturn]] void failPackage(const std::string& path);
+
+template <class Body>
+auto withPackage(const std::string& path, Body&& body) -> decltype(body()) {
+    try {
+        return body();
+    } catch (...) {
+        failPackage(path);
+    }
+}
+
+}  // namespace vx::cli

@@ -1,0 +1,49 @@
+#include "cli/Progress.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace vx::cli {
+namespace {
+
+// Often enough to look alive, seldom enough to cost nothing.
+constexpr auto kInterval = std::chrono::milliseconds(100);
+constexpr double kMiB = 1024.0 * 1024.0;
+
+}  // namespace
+
+Progress::Progress(bool quiet, uint64_t totalItems, uint64_t totalBytes)
+    : enabled_(!quiet && ::isatty(STDERR_FILENO) == 1),
+      totalItems_(totalItems),
+      totalBytes_(totalBytes),
+      start_(std::chrono::steady_clock::now()),
+      lastShown_(start_) {}
+
+Progress::~Progress() {
+    if (enabled_ && items_ > 0) {
+        show();
+        std::fputc('\n', stderr);
+    }
+}
+
+void Progress::advance(uint64_t bytes) {
+    ++items_;
+    bytes_ += bytes;
+    if (enabled_ && std::chrono::steady_clock::now() - lastShown_ >= kInterval) {
+        show();
+    }
+}
+
+void Progress::show() {
+    lastShown_ = std::chrono::steady_clock::now();
+    const double seconds = std::chrono::duration<double>(lastShown_ - start_).count();
+    const double percent = totalBytes_ == 0 ? 100.0 : 100.0 * bytes_ / totalBytes_;
+    std::fprintf(stderr, "\r%llu/%llu items, %.1f MiB, %.0f%%, %.1f MiB/s   ",
+                 static_cast<unsigned long long>(items_),
+                 static_cast<unsigned long long>(totalItems_), bytes_ / kMiB, percent,
+                 seconds > 0 ? bytes_ / kMiB / seconds : 0.0);
+    std::fflush(stderr);
+}
+
+}  // namespace vx::cli

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+namespace vx::cli {
+
+// One line on standard error that keeps moving while pack or extract works:
+// items, bytes, percent of the bytes and the rate. Silent when asked to be or
+// when standard error is not a terminal, so logs of scripts stay clean.
+class Progress {
+public:
+    Progress(bool quiet, uint64_t totalItems, uint64_t totalBytes);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void advance(uint64_t bytes);
+
+private:
+    void show();
+
+    bool enabled_;
+    uint64_t totalItems_;
+    uint64_t totalBytes_;
+    uint64_t items_ = 0;
+    uint64_t bytes_ = 0;
+    std::chrono::steady_clock::time_point start_;
+    std::chrono::steady_clock::time_point lastShown_;
+};
+
+}  // namespace vx::cli

@@ -1,0 +1,141 @@
+#include "cli/SafeExtraction.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <memory>
+
+#include "cli/CliFailure.h"
+
+namespace vx::cli {
+namespace {
+
+constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+bool isEmptyFolder(const std::string& path) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(path.c_str()), ::closedir);
+    if (!dir) {
+        failSystem(path, errno);
+    }
+    while (const dirent* entry = ::readdir(dir.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            return false;
+        }
+    }
+    return true;
+}
+
+void checkDestination(const std::string& destination) {
+    struct stat info;
+    if (::lstat(destination.c_str(), &info) != 0) {
+        if (errno != ENOENT) {
+            failSystem(destination, errno);
+        }
+        return;
+    }
+    if (!S_ISDIR(info.st_mode) || !isEmptyFolder(destination)) {
+        failUnacceptable(destination, "exists and is not an empty folder");
+    }
+}
+
+}  // namespace
+
+SafeExtraction::SafeExtraction(const std::string& destination) : destination_(destination) {
+    checkDestination(destination);
+    std::filesystem::path target(destination);
+    if (!target.has_filename()) {
+        target = target.parent_path();
+    }
+    temporary_ = (target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string();
+    if (::mkdtemp(temporary_.data()) == nullptr) {
+        failSystem(destination, errno);
+    }
+    root_ = ::open(temporary_.c_str(), kFolderFlags);
+    if (root_ < 0) {
+        failSystem(temporary_, errno);
+    }
+}
+
+SafeExtraction::~SafeExtraction() {
+    if (cachedHandle_ >= 0 && cachedHandle_ != root_) {
+        ::close(cachedHandle_);
+    }
+    if (root_ >= 0) {
+        ::close(root_);
+    }
+    if (!committed_) {
+        std::error_code ignored;
+        std::filesystem::remove_all(temporary_, ignored);
+    }
+}
+
+int SafeExtraction::parentOf(const std::string& relative, std::string& name) {
+    const size_t slash = relative.rfind('/');
+    name = slash == std::string::npos ? relative : relative.substr(slash + 1);
+    const std::string folder = slash == std::string::npos ? "" : relative.substr(0, slash);
+    if (folder.empty()) {
+        return root_;
+    }
+    if (cachedHandle_ >= 0 && folder == cachedFolder_) {
+        return cachedHandle_;
+    }
+    int handle = ::dup(root_);
+    size_t start = 0;
+    while (handle >= 0 && start <= folder.size()) {
+        const size_t end = std::min(folder.find('/', start), folder.size());
+        const int next = ::openat(handle, folder.substr(start, end - start).c_str(), kFolderFlags);
+        ::close(handle);
+        handle = next;
+        start = end + 1;
+    }
+    if (handle < 0) {
+        failSystem(destination_ + "/" + folder, errno);
+    }
+    if (cachedHandle_ >= 0) {
+        ::close(cachedHandle_);
+    }
+    cachedFolder_ = folder;
+    cachedHandle_ = handle;
+    return handle;
+}
+
+void SafeExtraction::makeFolder(const std::string& relative) {
+    std::string name;
+    const int parent = parentOf(relative, name);
+    if (::mkdirat(parent, name.c_str(), 0755) != 0) {
+        failSystem(destination_ + "/" + relative, errno);
+    }
+}
+
+int SafeExtraction::makeFile(const std::string& relative) {
+    std::string name;
+    const int parent = parentOf(relative, name);
+    const int fd =
+        ::openat(parent, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+    if (fd < 0) {
+        failSystem(destination_ + "/" + relative, errno);
+    }
+    return fd;
+}
+
+void SafeExtraction::commit() {
+    // mkdtemp makes the folder private; the tree's top gets a folder's mode.
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    if (::fchmod(root_, 0755 & ~mask) != 0) {
+        failSystem(temporary_, errno);
+    }
+    // An empty destination folder is replaced by the rename itself.
+    if (::rename(temporary_.c_str(), destination_.c_str()) != 0) {
+        failSystem(destination_, errno);
+    }
+    committed_ = true;
+}
+
+}  // namespace vx::cli

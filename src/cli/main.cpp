@@ -1,0 +1,49 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+
+#include "cli/CliFailure.h"
+#include "cli/Commands.h"
+
+namespace {
+
+constexpr const char* kExitCodes =
+    "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
+    "not representable); 2 usage error; 3 a system error (a file that cannot be read or "
+    "written).";
+
+int report(vx::cli::ExitCode code, const char* message) {
+    std::fprintf(stderr, "vxpk: error: %s\n", message);
+    return code;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app(
+        "vxpk packs folder trees into .vxpk packages and lists, checks and safely "
+        "extracts them.",
+        "vxpk");
+    app.footer(kExitCodes);
+    app.set_version_flag("--version", std::string("vxpk ") + VX_VERSION);
+    app.require_subcommand(1);
+    vx::cli::addPackCommand(app);
+    vx::cli::addListCommand(app);
+    vx::cli::addInfoCommand(app);
+    vx::cli::addVerifyCommand(app);
+    vx::cli::addExtractCommand(app);
+    vx::cli::addCatCommand(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) {
+            return app.exit(error);
+        }
+        return report(vx::cli::kUsage, (std::string(error.what()) + " (see vxpk --help)").c_str());
+    } catch (const vx::cli::CliFailure& failure) {
+        return report(failure.code, failure.what());
+    } catch (const std::exception& failure) {
+        return report(vx::cli::kSystem, failure.what());
+    }
+    return vx::cli::kSuccess;
+}
