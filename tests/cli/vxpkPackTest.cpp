@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "VxpkRun.h"
+#include "container/PackageDescription.h"
+#include "container/PackageFixture.h"
+#include "container/vxPacker.h"
+
+namespace vx {
+namespace {
+
+using namespace test;
+
+class NoLog : public LogReceiver {
+public:
+    void log(const String&) override {}
+};
+
+class vxpkPackTest : public ::testing::Test {
+protected:
+    VxpkResult run(const std::vector<std::string>& arguments) {
+        return RunVxpk(arguments, scratch.path());
+    }
+    void makeSite(const std::string& root) {
+        scratch.writeFile(root + "/index.html", "<h1/>");
+        scratch.writeFile(root + "/css/a.css", ByteRange(0, 255));
+        scratch.writeFile(root + "/css/img/empty", "");
+        scratch.writeFile(root + "/Zeta", "upper case sorts first");
+        scratch.writeFile(root + "/package.json", "{old}");
+        scratch.writeFile(root + "/.git/HEAD", "hidden");
+        scratch.writeFile(root + "/css/_drafts/a", "left out");
+    }
+    // The package the App's packer writes for the folder, the way the wizard
+    // calls it.
+    std::string appPackage(const std::string& site) {
+        vxPacker::folder = scratch.item(site);
+        vxPacker::target = scratch.item("app.vxpk");
+        vxPacker::name = "Demo";
+        vxPacker::uid = "demo1";
+        vxPacker::owner = New<NoLog>();
+        vxPacker::build();
+        vxPacker::bs = nullptr;
+        return scratch.readFile("app.vxpk");
+    }
+
+    ScratchFolder scratch;
+};
+
+TEST_F(vxpkPackTest, pack_isTheAppsPackageByteForByte) {
+    makeSite("app/site");
+    makeSite("cli/site");
+    const std::vector<std::string> common = {"pack", "cli/site", "cli.vxpk", "--name",
+                                             "Demo", "--uid",    "demo1"};
+    ASSERT_EQ(run(common).exitCode, 0);
+    EXPECT_EQ(scratch.readFile("cli.vxpk"), appPackage("app/site"));
+
+    // The wizard writes package.json into the source, then packs; the command
+    // puts the same file into the package and leaves the source alone.
+    PackageDescription::Fields fields = PackageDescription::wizardDefaults();
+    fields.name = "Demo";
+    fields.uid = "demo1";
+    fields.version = "2";
+    fields.title = " T/\"itle ";
+    fields.width = "800";
+    ASSERT_TRUE(PackageDescription::write(scratch.item("app/site/package.json"),
+                                          PackageDescription::document(fields)->ToString()));
+    std::vector<std::string> withJson = common;
+    withJson.insert(withJson.end(), {"--package-json", "--app-version", "2", "--title",
+                                     " T/\"itle ", "--width", "800"});
+    ASSERT_EQ(run(withJson).exitCode, 0);
+    EXPECT_EQ(scratch.readFile("cli.vxpk"), appPackage("app/site"));
+    EXPECT_EQ(scratch.readFile("cli/site/package.json"), "{old}");
+}
+
+TEST_F(vxpkPackTest, roundTrip_givesTheTreeBackQuietlyWhenNotOnATerminal) {
+    makeSite("site");
+    std::vector<VxpkResult> results = {
+        run({"pack", "site", "out.vxpk", "--name", "Demo", "--uid", "demo1"}),
+        run({"verify", "out.vxpk"}),
+        run({"extract", "out.vxpk", "dest"}),
+        run({"cat", "out.vxpk", "css/a.css"}),
+        run({"list", "out.vxpk"}),
+    };
+    for (const auto& result : results) {
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.err, "");
+    }
+    EXPECT_EQ(SnapshotTree(scratch.path("dest")), SnapshotTree(scratch.path("site"), true));
+    EXPECT_EQ(results[3].out, ByteRange(0, 255));
+    EXPECT_EQ(results[4].out,
+              "Zeta\ncss/\ncss/a.css\ncss/img/\ncss/img/empty\nindex.html\n"
+              "package.json\n");
+}
+
+TEST_F(vxpkPackTest, exclude_leavesOutMatchingPathsAndAllTheyHold) {
+    makeSite("site");
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"css", "Zeta\nindex.html\npackage.json\n"},
+        {"*.html", "Zeta\ncss/\ncss/a.css\ncss/img/\ncss/img/empty\npackage.json\n"},
+        {"css/[a-b].css", "Zeta\ncss/\ncss/img/\ncss/img/empty\nindex.html\npackage.json\n"},
+        {"**/empty", "Zeta\ncss/\ncss/a.css\ncss/img/\nindex.html\npackage.json\n"},
+        {"?eta", "css/\ncss/a.css\ncss/img/\ncss/img/empty\nindex.html\npackage.json\n"},
+    };
+    for (const auto& [glob, listing] : cases) {
+        ASSERT_EQ(run({"pack", "site", "out.vxpk", "--name", "D", "--uid", "d", "--exclude", glob})
+                      .exitCode,
+                  0);
+        EXPECT_EQ(run({"list", "out.vxpk"}).out, listing) << glob;
+    }
+}
+
+TEST_F(vxpkPackTest, treeTheFormatCannotHold_isRefusedAndNothingIsWritten) {
+    struct Case {
+        std::function<void()> make;
+        std::string message;
+    };
+    const std::string folder100(100, 'f');
+    const std::vector<Case> cases = {
+        {[&] { ::truncate(scratch.writeFile("site/big", "").c_str(), int64_t{1} << 31); },
+         "big: a file of 2 GiB or more"},
+        {[&] {
+             scratch.writeFile("site/" + folder100 + "/" + folder100 + "/" + folder100 + "/x", "");
+         },
+         folder100 + "/" + folder100 + "/" + folder100 +
+             "/x: the parent path is longer than 255 bytes"},
+        {[&] { scratch.makeFolder("site/a:b"); },
+         "a:b: a folder name holding \":\", which reads as a separator"},
+        {[&] { scratch.makeLink("site/sub/up", ".."); },
+         "sub/up: a symlink that leads into a cycle"},
+        {[&] { ::mkfifo(scratch.path("site/fifo").c_str(), 0644); },
+         "fifo: neither a file nor a folder (a FIFO, socket or device)"},
+    };
+    scratch.writeFile("out.vxpk", "older package");
+    for (const auto& [make, message] : cases) {
+        std::filesystem::remove_all(scratch.path("site"));
+        scratch.writeFile("site/index.html", "<h1/>");
+        make();
+        const auto result = run({"pack", "site", "out.vxpk", "--name", "D", "--uid", "d"});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.err, "vxpk: error: " + message + "\n");
+        EXPECT_EQ(scratch.readFile("out.vxpk"), "older package");
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch.path()), {}), 2);
+}
+
+TEST_F(vxpkPackTest, wrongUseOrUnreadableSource_haveTheirOwnExitCodes) {
+    scratch.makeFolder("site");
+    const std::vector<std::pair<std::vector<std::string>, int>> cases = {
+        {{"pack", "site", "out.vxpk", "--uid", "d"}, 2},
+        {{"pack", "site", "out.vxpk", "--name", "D", "--uid", "d", "--title", "T"}, 2},
+        {{"unpack", "out.vxpk"}, 2},
+        {{"pack", "missing", "out.vxpk", "--name", "D", "--uid", "d"}, 3},
+        {{"pack", "site", "no/such/folder.vxpk", "--name", "D", "--uid", "d"}, 3},
+        {{"pack", "site", "out.vxpk", "--name", std::string(256, 'n'), "--uid", "d"}, 1},
+    };
+    for (const auto& [arguments, exitCode] : cases) {
+        const auto result = run(arguments);
+        EXPECT_EQ(result.exitCode, exitCode) << arguments[1];
+        EXPECT_EQ(result.err.rfind("vxpk: error: ", 0), 0u) << result.err;
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    }
+    EXPECT_FALSE(std::filesystem::exists(scratch.path("out.vxpk")));
+}
+
+}  // namespace
+}  // namespace vx
