@@ -39,6 +39,8 @@ void extract(const ExtractOptions& options) {
     SafeExtraction extraction(options.destination);
     Progress progress(options.quiet, 0, reader.packageSize());
     withPackage(options.package, [&] {
+        // Progress counts package bytes, so that it ends at 100% with the file.
+        uint64_t done = 0;
         vxpkTreeCheck tree;
         while (const auto entry = reader.next()) {
             const std::string path = tree.admit(*entry);
@@ -47,7 +49,9 @@ void extract(const ExtractOptions& options) {
             } else {
                 extractFile(reader, extraction, path, options.destination);
             }
-            progress.advance(entry->contentsBytes());
+            const uint64_t end = entry->contentsOffset + entry->contentsBytes();
+            progress.advance(end - done);
+            done = end;
         }
     });
     extraction.commit();

@@ -39,9 +39,11 @@ void Progress::show() {
     lastShown_ = std::chrono::steady_clock::now();
     const double seconds = std::chrono::duration<double>(lastShown_ - start_).count();
     const double percent = totalBytes_ == 0 ? 100.0 : 100.0 * bytes_ / totalBytes_;
-    std::fprintf(stderr, "\r%llu/%llu items, %.1f MiB, %.0f%%, %.1f MiB/s   ",
-                 static_cast<unsigned long long>(items_),
-                 static_cast<unsigned long long>(totalItems_), bytes_ / kMiB, percent,
+    std::fprintf(stderr, "\r%llu", static_cast<unsigned long long>(items_));
+    if (totalItems_ > 0) {
+        std::fprintf(stderr, "/%llu", static_cast<unsigned long long>(totalItems_));
+    }
+    std::fprintf(stderr, " items, %.1f MiB, %.0f%%, %.1f MiB/s   ", bytes_ / kMiB, percent,
                  seconds > 0 ? bytes_ / kMiB / seconds : 0.0);
     std::fflush(stderr);
 }

@@ -10,6 +10,7 @@ namespace vx::cli {
 // when standard error is not a terminal, so logs of scripts stay clean.
 class Progress {
 public:
+    // A total of 0 items stands for a count not known in advance.
     Progress(bool quiet, uint64_t totalItems, uint64_t totalBytes);
     ~Progress();
     Progress(const Progress&) = delete;
