@@ -2,17 +2,23 @@
 # Packs two generated trees with our packer and with `tar -cf`, then extracts
 # the packages with our reader and the same trees' archives with `tar -xf`,
 # alternating which goes first, and prints the median wall and CPU times, the
-# ratios ours/tar and the peak memory of each.
-#   bench/pack.sh BIN_DIR     BIN_DIR holds vxpack_bench, vxextract_bench and make_tree
+# ratios ours/tar and the peak memory of each. The cli_ steps do the same with
+# the command-line tool: pack and extract against tar, list and verify against
+# `tar -tf`.
+#   bench/pack.sh BIN_DIR [VXPK]   BIN_DIR holds vxpack_bench, vxextract_bench
+#                                  and make_tree; VXPK is the command-line tool
 # VX_BENCH_DIR (default $TMPDIR/vx-bench) is the scratch folder, kept between
 # runs so the trees and their packages are made once; VX_BENCH_ROUNDS (default
-# 5) the rounds; VX_BENCH_STEPS (default "pack extract") the comparisons.
+# 5) the rounds; VX_BENCH_STEPS (default "pack extract", and the cli_ steps
+# when VXPK is given) the comparisons.
 set -euo pipefail
 
 bin_dir=$(cd "$1" && pwd)
 scratch=${VX_BENCH_DIR:-${TMPDIR:-/tmp}/vx-bench}
 rounds=${VX_BENCH_ROUNDS:-5}
-steps=${VX_BENCH_STEPS:-pack extract}
+vxpk=${2:+$(cd "$(dirname "$2")" && pwd)/$(basename "$2")}
+default_steps="pack extract${vxpk:+ cli_pack cli_extract cli_list cli_verify}"
+steps=${VX_BENCH_STEPS:-$default_steps}
 mkdir -p "$scratch"
 
 make_tree() {
@@ -68,6 +74,31 @@ extract_reset() {
     sync
 }
 
+cli_pack_setup() {
+    ours_cmd=("$vxpk" pack --quiet "$scratch/$1" "$scratch/out.vxpk" --name Bench --uid bench)
+    tar_cmd=(tar -cf "$scratch/out.tar" -C "$scratch" "$1")
+}
+cli_pack_reset() { pack_reset; }
+
+# Each tool makes a fresh folder of its own inside an emptied one.
+cli_extract_setup() {
+    ours_cmd=("$vxpk" extract --quiet "$scratch/$1.vxpk" "$scratch/x-ours/tree")
+    tar_cmd=(tar -xf "$scratch/$1.tar" -C "$scratch/x-tar")
+}
+cli_extract_reset() { extract_reset; }
+
+# Neither reads contents: both walk the headers of the same tree's archive.
+cli_list_setup() {
+    ours_cmd=("$vxpk" list "$scratch/$1.vxpk")
+    tar_cmd=(tar -tf "$scratch/$1.tar")
+}
+cli_list_reset() { :; }
+cli_verify_setup() {
+    ours_cmd=("$vxpk" verify "$scratch/$1.vxpk")
+    tar_cmd=(tar -tf "$scratch/$1.tar")
+}
+cli_verify_reset() { :; }
+
 # The package and the archive of a tree, made once like the tree.
 make_archives() {
     local kind=$1
@@ -110,7 +141,7 @@ make_tree big
 tar -cf - -C "$scratch" many big | cat >/dev/null
 for step in $steps; do
     for kind in many big; do
-        [ "$step" = extract ] && make_archives "$kind"
+        [ "${step#cli_}" != pack ] && make_archives "$kind"
         compare "$step" "$kind"
     done
 done

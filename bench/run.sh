@@ -11,13 +11,13 @@ steps=("$@")
 cmake --preset default >/dev/null
 cmake --build --preset default --target \
     vxpack_bench vxextract_bench make_tree vx_json_bench vx_startup_probe vx_minimal_window vx_minimal_text_window \
-    vx_wizard_bench vx_string_bench vx_dictionary_bench
+    vx_wizard_bench vx_string_bench vx_dictionary_bench vxpk
 bin=build/default/bench
 
 for step in "${steps[@]}"; do
     echo "== $step"
     case "$step" in
-        pack) bench/pack.sh "$bin" ;;
+        pack) bench/pack.sh "$bin" build/default/src/cli/vxpk ;;
         json) "$bin/vx_json_bench" ;;
         startup) bench/startup.sh build/default ;;
         wizard) bench/wizard.sh "$bin" ;;
