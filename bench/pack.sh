@@ -80,12 +80,17 @@ cli_pack_setup() {
 }
 cli_pack_reset() { pack_reset; }
 
-# Each tool makes a fresh folder of its own inside an emptied one.
-cli_extract_setup() {
-    ours_cmd=("$vxpk" extract --quiet "$scratch/$1.vxpk" "$scratch/x-ours/tree")
-    tar_cmd=(tar -xf "$scratch/$1.tar" -C "$scratch/x-tar")
+# Every run extracts into a folder never used before, and the folders go only
+# at the end: on these disks file creation slows for minutes after a large
+# delete, which would charge one tool for the other's clean-up.
+cli_extract_setup() { cli_kind=$1; }
+cli_extract_reset() {
+    fresh=$((${fresh:-0} + 1))
+    mkdir -p "$scratch/fresh/tar-$fresh"
+    ours_cmd=("$vxpk" extract --quiet "$scratch/$cli_kind.vxpk" "$scratch/fresh/ours-$fresh")
+    tar_cmd=(tar -xf "$scratch/$cli_kind.tar" -C "$scratch/fresh/tar-$fresh")
+    sync
 }
-cli_extract_reset() { extract_reset; }
 
 # Neither reads contents: both walk the headers of the same tree's archive.
 cli_list_setup() {
@@ -145,3 +150,4 @@ for step in $steps; do
         compare "$step" "$kind"
     done
 done
+rm -rf "${scratch:?}/fresh"
