@@ -18,10 +18,12 @@
 #include "container/vxpkRecordWriter.h"
 #include "runtime/core/RuntimeException.h"
 #include "runtime/files/FolderItem.h"
+#include "runtime/text/TextEncoding.h"
 
 namespace vx::cli {
 namespace {
 
+// The wizard's fields hold their texts as UTF-8, and so does package.json.
 struct PackOptions {
     std::string source;
     std::string package;
@@ -118,8 +120,8 @@ void pack(const PackOptions& options) {
     std::optional<std::string> packageJson;
     if (options.packageJson) {
         PackageDescription::Fields fields = options.fields;
-        fields.name = String(options.name, nullptr);
-        fields.uid = String(options.uid, nullptr);
+        fields.name = String(options.name, Encodings::UTF8);
+        fields.uid = String(options.uid, Encodings::UTF8);
         packageJson = std::string(PackageDescription::document(fields)->ToString().bytes());
     }
     const PackPlan plan = planPack(options.source, ExcludeGlob(options.excludes), packageJson);
@@ -159,7 +161,8 @@ void addPackageJsonOption(CLI::App& command, CLI::Option* packageJson, const std
                              std::string(field.bytes()) + "\"); needs --package-json";
     command
         .add_option_function<std::string>(
-            name, [&field](const std::string& text) { field = String(text, nullptr); }, help)
+            name, [&field](const std::string& text) { field = String(text, Encodings::UTF8); },
+            help)
         ->needs(packageJson);
 }
 

@@ -66,13 +66,13 @@ TEST_F(vxpkPackTest, pack_isTheAppsPackageByteForByte) {
     fields.name = "Demo";
     fields.uid = "demo1";
     fields.version = "2";
-    fields.title = " T/\"itle ";
+    fields.title = " Tï/\"tle ";
     fields.width = "800";
     ASSERT_TRUE(PackageDescription::write(scratch.item("app/site/package.json"),
                                           PackageDescription::document(fields)->ToString()));
     std::vector<std::string> withJson = common;
     withJson.insert(withJson.end(), {"--package-json", "--app-version", "2", "--title",
-                                     " T/\"itle ", "--width", "800"});
+                                     " Tï/\"tle ", "--width", "800"});
     ASSERT_EQ(run(withJson).exitCode, 0);
     EXPECT_EQ(scratch.readFile("cli.vxpk"), appPackage("app/site"));
     EXPECT_EQ(scratch.readFile("cli/site/package.json"), "{old}");
