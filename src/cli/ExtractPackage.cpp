@@ -1,50 +1,67 @@
 #include "cli/ExtractPackage.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+
 #include "cli/CliFailure.h"
+#include "cli/FileMaker.h"
 #include "cli/PackageInput.h"
 #include "cli/Progress.h"
 #include "cli/SafeExtraction.h"
 #include "container/vxpkTreeCheck.h"
-#include "runtime/core/RuntimeException.h"
 
 namespace vx::cli {
 namespace {
 
-void extractFile(vxpkRecordReader& reader, SafeExtraction& extraction, const std::string& path,
-                 const std::string& destination) {
-    const auto out = New<BinaryStream>(extraction.makeFile(path), true);
-    out->UseIOExceptions = true;
-    try {
-        reader.copyContents(*out);
-        out->Close();
-    } catch (const IOException& failure) {
-        throw CliFailure(kSystem,
-                         destination + "/" + path + ": " + describeFileError(failure.ErrorNumber));
+// A second descriptor of the package's open file, for the maker's thread: it
+// reads the very file the reader checks, at offsets of its own.
+class ContentsDescriptor {
+public:
+    ContentsDescriptor(int fd, const std::string& package) : fd_(::dup(fd)) {
+        if (fd_ < 0) {
+            failSystem(package, errno);
+        }
     }
-}
+    ~ContentsDescriptor() { ::close(fd_); }
+    ContentsDescriptor(const ContentsDescriptor&) = delete;
+    ContentsDescriptor& operator=(const ContentsDescriptor&) = delete;
+    int fd() const { return fd_; }
+
+private:
+    int fd_;
+};
 
 }  // namespace
 
 void ExtractPackage(const std::string& package, const std::string& destination, bool quiet) {
-    vxpkRecordReader reader = openPackage(package);
+    const int fd = openPackageFile(package);
+    const auto stream = New<BinaryStream>(fd, false);
+    stream->UseIOExceptions = true;
+    const ContentsDescriptor contents(fd, package);
+    vxpkRecordReader reader = withPackage(package, [&] { return vxpkRecordReader(stream); });
     SafeExtraction extraction(destination);
     Progress progress(quiet, 0, reader.packageSize());
+    FileMaker maker(extraction, contents.fd(), package, destination);
     withPackage(package, [&] {
         // Progress counts package bytes, so that it ends at 100% with the file.
         uint64_t done = 0;
         vxpkTreeCheck tree;
         while (const auto entry = reader.next()) {
-            const std::string path = tree.admit(*entry);
+            std::string path = tree.admit(*entry);
             if (entry->isFolder()) {
                 extraction.makeFolder(path);
             } else {
-                extractFile(reader, extraction, path, destination);
+                ItemPlace place = extraction.placeOf(path);
+                maker.make(std::move(place), std::move(path), entry->contentsOffset,
+                           entry->contentsBytes());
             }
             const uint64_t end = entry->contentsOffset + entry->contentsBytes();
             progress.advance(end - done);
             done = end;
         }
     });
+    maker.finish();
     extraction.commit();
 }
 

@@ -12,19 +12,25 @@
 
 namespace vx::cli {
 
-Ref<BinaryStream> openPackageStream(const std::string& path) {
+int openPackageFile(const std::string& path) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (fd < 0) {
         failSystem(path, errno);
     }
-    auto stream = New<BinaryStream>(fd, false);
     struct stat info;
-    if (::fstat(fd, &info) != 0) {
-        failSystem(path, errno);
-    }
-    if (!S_ISREG(info.st_mode)) {
+    const int error = ::fstat(fd, &info) != 0 ? errno : 0;
+    if (error != 0 || !S_ISREG(info.st_mode)) {
+        ::close(fd);
+        if (error != 0) {
+            failSystem(path, error);
+        }
         failUnacceptable(path, "not a regular file");
     }
+    return fd;
+}
+
+Ref<BinaryStream> openPackageStream(const std::string& path) {
+    auto stream = New<BinaryStream>(openPackageFile(path), false);
     stream->UseIOExceptions = true;
     return stream;
 }

@@ -6,8 +6,10 @@
 
 namespace vx::cli {
 
-// Opens the package at path for reading; a file that cannot be opened ends
+// Opens the package at path for reading and gives its descriptor; a file that cannot be opened ends
 // the command with a system error, one that is no regular file is refused.
+int openPackageFile(const std::string& path);
+// The same as a stream that raises.
 Ref<BinaryStream> openPackageStream(const std::string& path);
 
 // Opens the package at path for the strict reader, which has read and

@@ -46,6 +46,10 @@ void checkDestination(const std::string& destination) {
 
 }  // namespace
 
+FolderHandle::~FolderHandle() {
+    ::close(fd_);
+}
+
 SafeExtraction::SafeExtraction(const std::string& destination) : destination_(destination) {
     checkDestination(destination);
     std::filesystem::path target(destination);
@@ -56,36 +60,38 @@ SafeExtraction::SafeExtraction(const std::string& destination) : destination_(de
     if (::mkdtemp(temporary_.data()) == nullptr) {
         failSystem(destination, errno);
     }
-    root_ = ::open(temporary_.c_str(), kFolderFlags);
-    if (root_ < 0) {
-        failSystem(temporary_, errno);
+    const int root = ::open(temporary_.c_str(), kFolderFlags);
+    if (root < 0) {
+        const int error = errno;
+        ::rmdir(temporary_.c_str());
+        failSystem(temporary_, error);
     }
+    root_ = std::make_shared<const FolderHandle>(root);
 }
 
 SafeExtraction::~SafeExtraction() {
-    if (cachedHandle_ >= 0 && cachedHandle_ != root_) {
-        ::close(cachedHandle_);
-    }
-    if (root_ >= 0) {
-        ::close(root_);
-    }
+    cachedHandle_.reset();
+    root_.reset();
     if (!committed_) {
         std::error_code ignored;
         std::filesystem::remove_all(temporary_, ignored);
     }
 }
 
-int SafeExtraction::parentOf(const std::string& relative, std::string& name) {
+ItemPlace SafeExtraction::placeOf(const std::string& relative) {
     const size_t slash = relative.rfind('/');
-    name = slash == std::string::npos ? relative : relative.substr(slash + 1);
+    ItemPlace place;
+    place.name = slash == std::string::npos ? relative : relative.substr(slash + 1);
     const std::string folder = slash == std::string::npos ? "" : relative.substr(0, slash);
     if (folder.empty()) {
-        return root_;
+        place.folder = root_;
+        return place;
     }
-    if (cachedHandle_ >= 0 && folder == cachedFolder_) {
-        return cachedHandle_;
+    if (cachedHandle_ && folder == cachedFolder_) {
+        place.folder = cachedHandle_;
+        return place;
     }
-    int handle = ::dup(root_);
+    int handle = ::dup(root_->fd());
     size_t start = 0;
     while (handle >= 0 && start <= folder.size()) {
         const size_t end = std::min(folder.find('/', start), folder.size());
@@ -97,27 +103,22 @@ int SafeExtraction::parentOf(const std::string& relative, std::string& name) {
     if (handle < 0) {
         failSystem(destination_ + "/" + folder, errno);
     }
-    if (cachedHandle_ >= 0) {
-        ::close(cachedHandle_);
-    }
     cachedFolder_ = folder;
-    cachedHandle_ = handle;
-    return handle;
+    cachedHandle_ = std::make_shared<const FolderHandle>(handle);
+    place.folder = cachedHandle_;
+    return place;
 }
 
 void SafeExtraction::makeFolder(const std::string& relative) {
-    std::string name;
-    const int parent = parentOf(relative, name);
-    if (::mkdirat(parent, name.c_str(), 0755) != 0) {
+    const ItemPlace place = placeOf(relative);
+    if (::mkdirat(place.folder->fd(), place.name.c_str(), 0755) != 0) {
         failSystem(destination_ + "/" + relative, errno);
     }
 }
 
-int SafeExtraction::makeFile(const std::string& relative) {
-    std::string name;
-    const int parent = parentOf(relative, name);
-    const int fd =
-        ::openat(parent, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+int SafeExtraction::makeFile(const ItemPlace& place, const std::string& relative) const {
+    const int fd = ::openat(place.folder->fd(), place.name.c_str(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
     if (fd < 0) {
         failSystem(destination_ + "/" + relative, errno);
     }
@@ -128,7 +129,7 @@ void SafeExtraction::commit() {
     // mkdtemp makes the folder private; the tree's top gets a folder's mode.
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    if (::fchmod(root_, 0755 & ~mask) != 0) {
+    if (::fchmod(root_->fd(), 0755 & ~mask) != 0) {
         failSystem(temporary_, errno);
     }
     // An empty destination folder is replaced by the rename itself.

@@ -1,8 +1,30 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace vx::cli {
+
+// An open handle of a folder of the extracted tree, closed with the last
+// owner: files are made in it on another thread after the extraction has
+// moved on to other folders.
+class FolderHandle {
+public:
+    explicit FolderHandle(int fd) : fd_(fd) {}
+    ~FolderHandle();
+    FolderHandle(const FolderHandle&) = delete;
+    FolderHandle& operator=(const FolderHandle&) = delete;
+    int fd() const { return fd_; }
+
+private:
+    int fd_;
+};
+
+// Where an item goes: its folder's handle and its last name.
+struct ItemPlace {
+    std::shared_ptr<const FolderHandle> folder;
+    std::string name;
+};
 
 // Builds an extracted tree where nothing can reach outside it: a new folder
 // with a unique name beside the destination (mkdtemp), every item made
@@ -20,21 +42,21 @@ public:
     // relative has "/" between plain components whose parent was made
     // before; both come from records that the tree rules admitted.
     void makeFolder(const std::string& relative);
-    // A new file, 0644 before the umask; the descriptor is the caller's.
-    int makeFile(const std::string& relative);
+    // The folder handle and name for relative, whose parent was made before.
+    ItemPlace placeOf(const std::string& relative);
+    // A new file at place, 0644 before the umask; the descriptor is the
+    // caller's. Safe on any thread while the extraction lives.
+    int makeFile(const ItemPlace& place, const std::string& relative) const;
     void commit();
 
 private:
-    // An open handle of the folder that holds relative, and the last name.
-    int parentOf(const std::string& relative, std::string& name);
-
     std::string destination_;
     std::string temporary_;
-    int root_ = -1;
+    std::shared_ptr<const FolderHandle> root_;
     // The folder of the last item, kept open: records mostly come folder by
     // folder, so one handle saves most walks from the root.
     std::string cachedFolder_;
-    int cachedHandle_ = -1;
+    std::shared_ptr<const FolderHandle> cachedHandle_;
     bool committed_ = false;
 };
 

@@ -80,6 +80,13 @@ TEST_F(vxpkPackTest, pack_isTheAppsPackageByteForByte) {
 
 TEST_F(vxpkPackTest, roundTrip_givesTheTreeBackQuietlyWhenNotOnATerminal) {
     makeSite("site");
+    // Large enough to bypass the page cache when extracted, in several
+    // blocks, with a last piece shorter than a disk block.
+    std::string large((std::size_t{9} << 20) + 4097, '\0');
+    for (std::size_t i = 0; i < large.size(); ++i) {
+        large[i] = static_cast<char>(i * 31 % 251);
+    }
+    scratch.writeFile("site/css/img/large", large);
     std::vector<VxpkResult> results = {
         run({"pack", "site", "out.vxpk", "--name", "Demo", "--uid", "demo1"}),
         run({"verify", "out.vxpk"}),
@@ -94,7 +101,7 @@ TEST_F(vxpkPackTest, roundTrip_givesTheTreeBackQuietlyWhenNotOnATerminal) {
     EXPECT_EQ(SnapshotTree(scratch.path("dest")), SnapshotTree(scratch.path("site"), true));
     EXPECT_EQ(results[3].out, ByteRange(0, 255));
     EXPECT_EQ(results[4].out,
-              "Zeta\ncss/\ncss/a.css\ncss/img/\ncss/img/empty\nindex.html\n"
+              "Zeta\ncss/\ncss/a.css\ncss/img/\ncss/img/empty\ncss/img/large\nindex.html\n"
               "package.json\n");
 }
 
