@@ -6,39 +6,25 @@
 
 #include "cli/CliFailure.h"
 #include "cli/FileMaker.h"
+#include "cli/OwnedDescriptor.h"
 #include "cli/PackageInput.h"
 #include "cli/Progress.h"
 #include "cli/SafeExtraction.h"
 #include "container/vxpkTreeCheck.h"
 
 namespace vx::cli {
-namespace {
-
-// A second descriptor of the package's open file, for the maker's thread: it
-// reads the very file the reader checks, at offsets of its own.
-class ContentsDescriptor {
-public:
-    ContentsDescriptor(int fd, const std::string& package) : fd_(::dup(fd)) {
-        if (fd_ < 0) {
-            failSystem(package, errno);
-        }
-    }
-    ~ContentsDescriptor() { ::close(fd_); }
-    ContentsDescriptor(const ContentsDescriptor&) = delete;
-    ContentsDescriptor& operator=(const ContentsDescriptor&) = delete;
-    int fd() const { return fd_; }
-
-private:
-    int fd_;
-};
-
-}  // namespace
 
 void ExtractPackage(const std::string& package, const std::string& destination, bool quiet) {
     const int fd = openPackageFile(package);
     const auto stream = New<BinaryStream>(fd, false);
     stream->UseIOExceptions = true;
-    const ContentsDescriptor contents(fd, package);
+    // The files' contents are read on the maker's threads through a second
+    // descriptor of the same open file: they read the very file the reader
+    // checks, at offsets of their own.
+    const OwnedDescriptor contents(::dup(fd));
+    if (contents.fd() < 0) {
+        failSystem(package, errno);
+    }
     vxpkRecordReader reader = withPackage(package, [&] { return vxpkRecordReader(stream); });
     SafeExtraction extraction(destination);
     Progress progress(quiet, 0, reader.packageSize());

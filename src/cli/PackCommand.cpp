@@ -13,9 +13,9 @@
 #include "cli/CliFailure.h"
 #include "cli/Commands.h"
 #include "cli/PackPlan.h"
+#include "cli/PackWriter.h"
 #include "cli/Progress.h"
 #include "container/PackageDescription.h"
-#include "container/vxpkRecordWriter.h"
 #include "runtime/core/RuntimeException.h"
 #include "runtime/files/FolderItem.h"
 #include "runtime/text/TextEncoding.h"
@@ -49,6 +49,9 @@ public:
         }
     }
     ~TemporaryPackage() {
+        if (fd_ >= 0) {
+            ::close(fd_);
+        }
         if (!committed_) {
             ::unlink(path_.c_str());
         }
@@ -56,14 +59,14 @@ public:
     TemporaryPackage(const TemporaryPackage&) = delete;
     TemporaryPackage& operator=(const TemporaryPackage&) = delete;
 
-    // The stream takes the descriptor over; it closes it when it finishes.
-    Ref<BinaryStream> stream() {
-        auto stream = New<BinaryStream>(fd_, true);
-        stream->UseIOExceptions = true;
-        return stream;
-    }
+    int fd() const { return fd_; }
     // mkstemp makes the file private; a package gets the mode of any new file.
     void commit(const std::string& package) {
+        const int closed = ::close(fd_);
+        fd_ = -1;
+        if (closed != 0) {
+            failSystem(package, errno);
+        }
         const mode_t mask = ::umask(0);
         ::umask(mask);
         if (::chmod(path_.c_str(), 0666 & ~mask) != 0 || ::rename(path_.c_str(), package.c_str())) {
@@ -77,36 +80,6 @@ private:
     int fd_;
     bool committed_ = false;
 };
-
-Ref<BinaryStream> openSource(const std::string& path, const PlannedItem& item) {
-    // Non-blocking, so that something swapped in for a file since the walk
-    // cannot hold the command up; it is refused by the checks below.
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0) {
-        failSystem(item.relative, errno);
-    }
-    auto stream = New<BinaryStream>(fd, false);
-    struct stat info;
-    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
-        static_cast<uint64_t>(info.st_size) != item.size) {
-        failUnacceptable(item.relative, "changed while it was packed");
-    }
-    stream->UseIOExceptions = true;
-    return stream;
-}
-
-void writeItem(vxpkRecordWriter& writer, const std::string& source, const PlannedItem& item) {
-    if (item.isFolder) {
-        writer.addFolder(String(item.name, nullptr), String(item.parent, nullptr));
-    } else if (item.generated) {
-        writer.addFile(String(item.name, nullptr), String(item.parent, nullptr),
-                       String(*item.generated, nullptr));
-    } else {
-        const auto contents = openSource(source + "/" + item.relative, item);
-        writer.addFile(String(item.name, nullptr), String(item.parent, nullptr), *contents,
-                       item.size);
-    }
-}
 
 void checkHeaderString(const std::string& option, const std::string& text) {
     if (text.size() > vxpkFormat::kMaxStringBytes) {
@@ -131,27 +104,11 @@ void pack(const PackOptions& options) {
 
     TemporaryPackage temporary(options.package);
     Progress progress(options.quiet, plan.items.size(), plan.contentBytes);
-    vxpkRecordWriter writer(temporary.stream(), {.name = String(options.name, nullptr),
-                                                 .uid = String(options.uid, nullptr),
-                                                 .folderName = folderName});
-    for (const auto& item : plan.items) {
-        try {
-            writeItem(writer, options.source, item);
-        } catch (const IOException& failure) {
-            throw CliFailure(kSystem, item.relative + " into " + options.package + ": " +
-                                          describeFileError(failure.ErrorNumber));
-        } catch (const CliFailure&) {
-            throw;
-        } catch (const std::runtime_error& changed) {
-            failUnacceptable(item.relative, changed.what());
-        }
-        progress.advance(item.size);
-    }
-    try {
-        writer.finish();
-    } catch (const IOException& failure) {
-        throw CliFailure(kSystem, options.package + ": " + describeFileError(failure.ErrorNumber));
-    }
+    WritePackage(temporary.fd(), options.source, options.package, plan,
+                 {.name = String(options.name, nullptr),
+                  .uid = String(options.uid, nullptr),
+                  .folderName = folderName},
+                 progress);
     temporary.commit(options.package);
 }
 

@@ -1,7 +1,9 @@
 #include "cli/PackPlan.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -10,6 +12,7 @@
 #include <utility>
 
 #include "cli/CliFailure.h"
+#include "cli/OwnedDescriptor.h"
 #include "container/vxpkFormat.h"
 
 namespace vx::cli {
@@ -26,15 +29,17 @@ public:
     Planner(const ExcludeGlob& exclude, const std::optional<std::string>& packageJson)
         : exclude_(exclude), packageJson_(packageJson) {}
 
-    void walk(const std::string& folder, const std::string& relative, const std::string& parent,
-              Ancestors& ancestors);
+    // Every entry of the open folder, which is the plan's item folderItem;
+    // names are looked up relative to it, so the kernel walks no path twice.
+    void walk(int folder, const std::string& relative, const std::string& parent,
+              std::size_t folderItem, Ancestors& ancestors);
 
     PackPlan plan;
 
 private:
-    std::vector<std::string> entries(const std::string& folder, bool top) const;
-    void add(const std::string& folder, const std::string& name, const std::string& relative,
-             const std::string& parent, Ancestors& ancestors);
+    std::vector<std::string> entries(int folder, const std::string& relative) const;
+    void add(int folder, const std::string& name, const std::string& relative,
+             const std::string& parent, std::size_t folderItem, Ancestors& ancestors);
 
     const ExcludeGlob& exclude_;
     const std::optional<std::string>& packageJson_;
@@ -44,10 +49,16 @@ bool isLeftOut(const std::string& name) {
     return name.front() == '.' || name.front() == '_';
 }
 
-std::vector<std::string> Planner::entries(const std::string& folder, bool top) const {
-    const std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(folder.c_str()), ::closedir);
+std::vector<std::string> Planner::entries(int folder, const std::string& relative) const {
+    const bool top = relative.empty();
+    const int listed = ::dup(folder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(listed < 0 ? nullptr : ::fdopendir(listed),
+                                                  ::closedir);
     if (!dir) {
-        failSystem(folder, errno);
+        if (listed >= 0) {
+            ::close(listed);
+        }
+        failSystem(top ? "." : relative, errno);
     }
     std::vector<std::string> names;
     errno = 0;
@@ -58,7 +69,7 @@ std::vector<std::string> Planner::entries(const std::string& folder, bool top) c
         }
     }
     if (errno != 0) {
-        failSystem(folder, errno);
+        failSystem(top ? "." : relative, errno);
     }
     if (top && packageJson_ &&
         std::find(names.begin(), names.end(), kPackageJsonName) == names.end()) {
@@ -68,18 +79,18 @@ std::vector<std::string> Planner::entries(const std::string& folder, bool top) c
     return names;
 }
 
-void Planner::walk(const std::string& folder, const std::string& relative,
-                   const std::string& parent, Ancestors& ancestors) {
-    for (const auto& name : entries(folder, relative.empty())) {
+void Planner::walk(int folder, const std::string& relative, const std::string& parent,
+                   std::size_t folderItem, Ancestors& ancestors) {
+    for (const auto& name : entries(folder, relative)) {
         const std::string path = relative.empty() ? name : relative + "/" + name;
         if (!exclude_.excludes(path)) {
-            add(folder, name, path, parent, ancestors);
+            add(folder, name, path, parent, folderItem, ancestors);
         }
     }
 }
 
-void Planner::add(const std::string& folder, const std::string& name, const std::string& relative,
-                  const std::string& parent, Ancestors& ancestors) {
+void Planner::add(int folder, const std::string& name, const std::string& relative,
+                  const std::string& parent, std::size_t folderItem, Ancestors& ancestors) {
     if (name.size() > vxpkFormat::kMaxStringBytes) {
         failUnacceptable(relative, "the name is longer than 255 bytes");
     }
@@ -90,6 +101,7 @@ void Planner::add(const std::string& folder, const std::string& name, const std:
     item.relative = relative;
     item.name = name;
     item.parent = parent;
+    item.folder = folderItem;
     if (packageJson_ && relative == kPackageJsonName) {
         item.generated = *packageJson_;
         item.size = packageJson_->size();
@@ -97,9 +109,9 @@ void Planner::add(const std::string& folder, const std::string& name, const std:
         plan.items.push_back(std::move(item));
         return;
     }
-    const std::string path = folder + "/" + name;
     struct stat info;
-    if (::stat(path.c_str(), &info) != 0) {
+    // Symlinks are followed, as the App's packer follows them.
+    if (::fstatat(folder, name.c_str(), &info, 0) != 0) {
         if (errno == ELOOP) {
             failUnacceptable(relative, "a symlink that leads into a cycle");
         }
@@ -113,9 +125,15 @@ void Planner::add(const std::string& folder, const std::string& name, const std:
             failUnacceptable(relative, "a symlink that leads into a cycle");
         }
         item.isFolder = true;
+        const std::size_t index = plan.items.size();
         plan.items.push_back(std::move(item));
-        walk(path, relative, parent.empty() ? name : parent + vxpkFormat::kSeparator + name,
-             ancestors);
+        const OwnedDescriptor inside(
+            ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (inside.fd() < 0) {
+            failSystem(relative, errno);
+        }
+        walk(inside.fd(), relative, parent.empty() ? name : parent + vxpkFormat::kSeparator + name,
+             index, ancestors);
         ancestors.erase({info.st_dev, info.st_ino});
         return;
     }
@@ -141,9 +159,13 @@ PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
     if (!S_ISDIR(info.st_mode)) {
         failSystem(source, ENOTDIR);
     }
+    const OwnedDescriptor top(::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (top.fd() < 0) {
+        failSystem(source, errno);
+    }
     Planner planner(exclude, generatedPackageJson);
     Ancestors ancestors{{info.st_dev, info.st_ino}};
-    planner.walk(source, "", "", ancestors);
+    planner.walk(top.fd(), "", "", kTopFolder, ancestors);
     return std::move(planner.plan);
 }
 

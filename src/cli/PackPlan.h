@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,6 +10,9 @@
 
 namespace vx::cli {
 
+// The folder of an item at the top of the tree.
+inline constexpr std::size_t kTopFolder = static_cast<std::size_t>(-1);
+
 // One record that pack will write, in package order.
 struct PlannedItem {
     // Below the source folder, "/" between components; for messages and
@@ -17,6 +21,8 @@ struct PlannedItem {
     std::string name;
     // The record's parent field, ":" between components.
     std::string parent;
+    // The place in the plan of the folder that holds the item, or kTopFolder.
+    std::size_t folder = kTopFolder;
     bool isFolder = false;
     uint64_t size = 0;
     // The contents of a file that pack makes itself instead of reading one.

@@ -27,8 +27,8 @@ Progress::~Progress() {
     }
 }
 
-void Progress::advance(uint64_t bytes) {
-    ++items_;
+void Progress::advance(uint64_t bytes, uint64_t items) {
+    items_ += items;
     bytes_ += bytes;
     if (enabled_ && std::chrono::steady_clock::now() - lastShown_ >= kInterval) {
         show();

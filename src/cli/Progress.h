@@ -16,7 +16,8 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    void advance(uint64_t bytes);
+    // items more done, with bytes more of the total.
+    void advance(uint64_t bytes, uint64_t items = 1);
 
 private:
     void show();

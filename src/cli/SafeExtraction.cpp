@@ -46,10 +46,6 @@ void checkDestination(const std::string& destination) {
 
 }  // namespace
 
-FolderHandle::~FolderHandle() {
-    ::close(fd_);
-}
-
 SafeExtraction::SafeExtraction(const std::string& destination) : destination_(destination) {
     checkDestination(destination);
     std::filesystem::path target(destination);

@@ -3,22 +3,14 @@
 #include <memory>
 #include <string>
 
+#include "cli/OwnedDescriptor.h"
+
 namespace vx::cli {
 
 // An open handle of a folder of the extracted tree, closed with the last
-// owner: files are made in it on another thread after the extraction has
+// owner: files are made in it on other threads after the extraction has
 // moved on to other folders.
-class FolderHandle {
-public:
-    explicit FolderHandle(int fd) : fd_(fd) {}
-    ~FolderHandle();
-    FolderHandle(const FolderHandle&) = delete;
-    FolderHandle& operator=(const FolderHandle&) = delete;
-    int fd() const { return fd_; }
-
-private:
-    int fd_;
-};
+using FolderHandle = OwnedDescriptor;
 
 // Where an item goes: its folder's handle and its last name.
 struct ItemPlace {

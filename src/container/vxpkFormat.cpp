@@ -1,9 +1,42 @@
 #include "container/vxpkFormat.h"
 
+#include <algorithm>
+
 namespace vx::vxpkFormat {
 
 void prepare(BinaryStream& stream) {
     stream.LittleEndian = false;
+}
+
+void appendString(std::string& out, std::string_view text) {
+    const std::size_t count = std::min<std::size_t>(text.size(), kMaxStringBytes);
+    out.push_back(static_cast<char>(count));
+    out.append(text.substr(0, count));
+}
+
+void appendHeader(std::string& out, const Header& header) {
+    appendString(out, kVersion);
+    appendString(out, header.name.bytes());
+    appendString(out, header.uid.bytes());
+    appendString(out, header.folderName.bytes());
+}
+
+// The numbers are big-endian.
+void appendRecord(std::string& out, const Record& record) {
+    appendString(out, record.name.bytes());
+    appendString(out, record.parent.bytes());
+    out.push_back(static_cast<char>(record.type));
+    const auto length = static_cast<uint32_t>(record.length);
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        out.push_back(static_cast<char>((length >> shift) & 0xFF));
+    }
+}
+
+uint64_t recordBytes(const Record& record) {
+    return 2 * kStringLengthBytes +
+           std::min<uint64_t>(record.name.bytes().size(), kMaxStringBytes) +
+           std::min<uint64_t>(record.parent.bytes().size(), kMaxStringBytes) + kTypeBytes +
+           kLengthBytes;
 }
 
 void writeString(BinaryStream& stream, const String& text) {

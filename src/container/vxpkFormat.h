@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "runtime/files/BinaryStream.h"
 #include "runtime/text/String.h"
@@ -46,6 +48,15 @@ struct Record {
 // Sets the byte order of the numbers; every package stream needs it right
 // after opening, before any field.
 void prepare(BinaryStream& stream);
+
+// The fields' bytes as the write functions below write them to a stream,
+// appended to out instead, for a writer that places records itself; a string
+// longer than 255 bytes is cut to its first 255 as WritePString cuts it.
+void appendString(std::string& out, std::string_view text);
+void appendHeader(std::string& out, const Header& header);
+void appendRecord(std::string& out, const Record& record);
+// The bytes of a record's fields, without contents.
+uint64_t recordBytes(const Record& record);
 
 void writeString(BinaryStream& stream, const String& text);
 // The version, then the three strings of the header.

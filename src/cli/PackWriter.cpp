@@ -1,0 +1,306 @@
+#include "cli/PackWriter.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "cli/CliFailure.h"
+#include "cli/OwnedDescriptor.h"
+#include "cli/SourceFolders.h"
+
+namespace vx::cli {
+namespace {
+
+// A file of this size or more is copied inside the kernel instead of being
+// gathered in memory with its neighbours.
+constexpr uint64_t kLargeFileBytes = uint64_t{1} << 20;
+// A run of small items is written out once it holds this much, which bounds
+// the memory of each thread.
+constexpr uint64_t kRunBytes = uint64_t{1} << 20;
+constexpr std::size_t kRunItems = 256;
+// Large files are copied in parts of this size, so that both threads share
+// one file as well.
+constexpr uint64_t kPartBytes = uint64_t{4} << 20;
+constexpr int kThreads = 2;
+
+// Items [first, end) from offset on; or, for a large file, the part of its
+// contents from contentsFrom on, which for the first part begins with the
+// record.
+struct Piece {
+    std::size_t first = 0;
+    std::size_t end = 0;
+    uint64_t offset = 0;
+    bool part = false;
+    uint64_t contentsFrom = 0;
+    uint64_t contentsBytes = 0;
+};
+
+vxpkFormat::Record recordOf(const PlannedItem& item) {
+    return {.name = String(item.name, nullptr),
+            .parent = String(item.parent, nullptr),
+            .type = item.isFolder ? vxpkFormat::kFolderType : vxpkFormat::kFileType,
+            .length = static_cast<int32_t>(item.size)};
+}
+
+bool isLarge(const PlannedItem& item) {
+    return !item.isFolder && !item.generated && item.size >= kLargeFileBytes;
+}
+
+std::vector<Piece> cutIntoPieces(const std::vector<PlannedItem>& items, uint64_t start) {
+    std::vector<Piece> pieces;
+    uint64_t offset = start;
+    Piece run{.offset = start};
+    uint64_t runBytes = 0;
+    const auto closeRun = [&] {
+        if (run.end > run.first) {
+            pieces.push_back(run);
+        }
+        run = Piece{.first = run.end, .end = run.end, .offset = offset};
+        runBytes = 0;
+    };
+    for (std::size_t index = 0; index < items.size(); ++index) {
+        const PlannedItem& item = items[index];
+        const uint64_t recordBytes = vxpkFormat::recordBytes(recordOf(item));
+        if (isLarge(item)) {
+            closeRun();
+            for (uint64_t from = 0; from < item.size; from += kPartBytes) {
+                pieces.push_back({.first = index,
+                                  .end = index + 1,
+                                  .offset = from == 0 ? offset : offset + recordBytes + from,
+                                  .part = true,
+                                  .contentsFrom = from,
+                                  .contentsBytes = std::min(kPartBytes, item.size - from)});
+            }
+            offset += recordBytes + item.size;
+            run = Piece{.first = index + 1, .end = index + 1, .offset = offset};
+            continue;
+        }
+        run.end = index + 1;
+        runBytes += recordBytes + item.size;
+        offset += recordBytes + item.size;
+        if (runBytes >= kRunBytes || run.end - run.first >= kRunItems) {
+            closeRun();
+        }
+    }
+    closeRun();
+    return pieces;
+}
+
+class PieceWriter {
+public:
+    PieceWriter(int out, const std::string& package, int top, const PackPlan& plan,
+                Progress& progress)
+        : out_(out), package_(package), top_(top), plan_(plan), progress_(progress) {}
+
+    // Fills pieces in turn until none is left or one has failed; the failure
+    // of the earliest piece is kept.
+    void work(const std::vector<Piece>& pieces);
+    void raiseFailure() const {
+        if (failure_) {
+            std::rethrow_exception(failure_);
+        }
+    }
+
+private:
+    void writeRun(const Piece& piece, SourceFolders& folders, std::string& buffer);
+    void writePart(const Piece& piece, SourceFolders& folders, std::string& buffer);
+    int openFile(const PlannedItem& item, SourceFolders& folders) const;
+    void writeAt(const PlannedItem& item, const char* data, std::size_t count,
+                 uint64_t offset) const;
+    [[noreturn]] void failWrite(const PlannedItem& item, int error) const;
+
+    int out_;
+    const std::string& package_;
+    int top_;
+    const PackPlan& plan_;
+    Progress& progress_;
+    std::mutex mutex_;
+    std::atomic<std::size_t> next_ = 0;
+    std::atomic<bool> failed_ = false;
+    std::size_t failedPiece_ = 0;
+    std::exception_ptr failure_;
+};
+
+void PieceWriter::work(const std::vector<Piece>& pieces) {
+    SourceFolders folders(top_, plan_.items);
+    std::string buffer;
+    while (!failed_) {
+        const std::size_t index = next_++;
+        if (index >= pieces.size()) {
+            return;
+        }
+        const Piece& piece = pieces[index];
+        try {
+            if (piece.part) {
+                writePart(piece, folders, buffer);
+            } else {
+                writeRun(piece, folders, buffer);
+            }
+        } catch (...) {
+            const std::lock_guard lock(mutex_);
+            if (!failure_ || index < failedPiece_) {
+                failure_ = std::current_exception();
+                failedPiece_ = index;
+            }
+            failed_ = true;
+        }
+    }
+}
+
+[[noreturn]] void PieceWriter::failWrite(const PlannedItem& item, int error) const {
+    throw CliFailure(kSystem, item.relative + " into " + package_ + ": " + std::strerror(error));
+}
+
+void PieceWriter::writeAt(const PlannedItem& item, const char* data, std::size_t count,
+                          uint64_t offset) const {
+    while (count > 0) {
+        const ssize_t written = ::pwrite(out_, data, count, static_cast<off_t>(offset));
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            failWrite(item, written < 0 ? errno : EIO);
+        }
+        data += written;
+        count -= static_cast<std::size_t>(written);
+        offset += static_cast<uint64_t>(written);
+    }
+}
+
+int PieceWriter::openFile(const PlannedItem& item, SourceFolders& folders) const {
+    // Non-blocking, so that something swapped in for a file since the walk
+    // cannot hold the command up; it is refused by the checks below.
+    const int fd =
+        ::openat(folders.handle(item.folder), item.name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) {
+        failSystem(item.relative, errno);
+    }
+    struct stat info;
+    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
+        static_cast<uint64_t>(info.st_size) != item.size) {
+        ::close(fd);
+        failUnacceptable(item.relative, "changed while it was packed");
+    }
+    return fd;
+}
+
+// Reads count bytes at offset of fd to data; a file that gives fewer has
+// changed since the walk.
+void readContents(const PlannedItem& item, int fd, char* data, std::size_t count, uint64_t offset) {
+    while (count > 0) {
+        const ssize_t read = ::pread(fd, data, count, static_cast<off_t>(offset));
+        if (read < 0 && errno == EINTR) {
+            continue;
+        }
+        if (read < 0) {
+            failSystem(item.relative, errno);
+        }
+        if (read == 0) {
+            failUnacceptable(item.relative, "changed while it was packed");
+        }
+        data += read;
+        count -= static_cast<std::size_t>(read);
+        offset += static_cast<uint64_t>(read);
+    }
+}
+
+void PieceWriter::writeRun(const Piece& piece, SourceFolders& folders, std::string& buffer) {
+    buffer.clear();
+    uint64_t bytes = 0;
+    for (std::size_t index = piece.first; index < piece.end; ++index) {
+        const PlannedItem& item = plan_.items[index];
+        vxpkFormat::appendRecord(buffer, recordOf(item));
+        if (item.generated) {
+            buffer += *item.generated;
+        } else if (!item.isFolder && item.size > 0) {
+            const OwnedDescriptor file(openFile(item, folders));
+            const std::size_t at = buffer.size();
+            buffer.resize(at + item.size);
+            readContents(item, file.fd(), buffer.data() + at, item.size, 0);
+        }
+        bytes += item.size;
+    }
+    writeAt(plan_.items[piece.first], buffer.data(), buffer.size(), piece.offset);
+    const std::lock_guard lock(mutex_);
+    progress_.advance(bytes, piece.end - piece.first);
+}
+
+void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::string& buffer) {
+    const PlannedItem& item = plan_.items[piece.first];
+    uint64_t out = piece.offset;
+    if (piece.contentsFrom == 0) {
+        buffer.clear();
+        vxpkFormat::appendRecord(buffer, recordOf(item));
+        writeAt(item, buffer.data(), buffer.size(), out);
+        out += buffer.size();
+    }
+    const OwnedDescriptor file(openFile(item, folders));
+    auto in = static_cast<off_t>(piece.contentsFrom);
+    auto to = static_cast<off_t>(out);
+    uint64_t left = piece.contentsBytes;
+    while (left > 0) {
+        const ssize_t moved = ::copy_file_range(file.fd(), &in, out_, &to, left, 0);
+        if (moved < 0 && errno == EINTR) {
+            continue;
+        }
+        if (moved < 0 &&
+            (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
+            // Not between these two files: through memory, a block at a time.
+            buffer.resize(static_cast<std::size_t>(std::min(left, kRunBytes)));
+            readContents(item, file.fd(), buffer.data(), buffer.size(), static_cast<uint64_t>(in));
+            writeAt(item, buffer.data(), buffer.size(), static_cast<uint64_t>(to));
+            in += static_cast<off_t>(buffer.size());
+            to += static_cast<off_t>(buffer.size());
+            left -= buffer.size();
+            continue;
+        }
+        if (moved < 0) {
+            // Which file failed is not told; reading is the likelier.
+            failSystem(item.relative, errno);
+        }
+        if (moved == 0) {
+            failUnacceptable(item.relative, "changed while it was packed");
+        }
+        left -= static_cast<uint64_t>(moved);
+    }
+    const std::lock_guard lock(mutex_);
+    progress_.advance(piece.contentsBytes, piece.contentsFrom == 0 ? 1 : 0);
+}
+
+}  // namespace
+
+void WritePackage(int out, const std::string& source, const std::string& package,
+                  const PackPlan& plan, const vxpkFormat::Header& header, Progress& progress) {
+    std::string head;
+    vxpkFormat::appendHeader(head, header);
+    const OwnedDescriptor top(::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (top.fd() < 0) {
+        failSystem(source, errno);
+    }
+    const ssize_t written = ::pwrite(out, head.data(), head.size(), 0);
+    if (written != static_cast<ssize_t>(head.size())) {
+        failSystem(package, written < 0 ? errno : ENOSPC);
+    }
+    const std::vector<Piece> pieces = cutIntoPieces(plan.items, head.size());
+    PieceWriter writer(out, package, top.fd(), plan, progress);
+    std::vector<std::thread> helpers;
+    for (int i = 1; i < kThreads; ++i) {
+        helpers.emplace_back([&] { writer.work(pieces); });
+    }
+    writer.work(pieces);
+    for (auto& helper : helpers) {
+        helper.join();
+    }
+    writer.raiseFailure();
+}
+
+}  // namespace vx::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "cli/PackPlan.h"
+#include "cli/Progress.h"
+#include "container/vxpkFormat.h"
+
+namespace vx::cli {
+
+// Writes the package of plan into the new, empty file out. Where every record
+// and every file's contents land follows from the plan alone, so the package
+// is cut into pieces that two threads fill at once, each reading its files
+// relative to their folders and writing its piece at its own offset: runs of
+// small items gathered in memory and written with one call, large files
+// copied inside the kernel in parts. The bytes are those of a writer that
+// goes through the plan in order. The first failure in package order ends it
+// with CliFailure naming the item; source is the folder the plan was made of.
+void WritePackage(int out, const std::string& source, const std::string& package,
+                  const PackPlan& plan, const vxpkFormat::Header& header, Progress& progress);
+
+}  // namespace vx::cli
