@@ -55,7 +55,9 @@ bool isLarge(const PlannedItem& item) {
     return !item.isFolder && !item.generated && item.size >= kLargeFileBytes;
 }
 
-std::vector<Piece> cutIntoPieces(const std::vector<PlannedItem>& items, uint64_t start) {
+// The pieces in package order; end becomes the size of the package.
+std::vector<Piece> cutIntoPieces(const std::vector<PlannedItem>& items, uint64_t start,
+                                 uint64_t& end) {
     std::vector<Piece> pieces;
     uint64_t offset = start;
     Piece run{.offset = start};
@@ -92,6 +94,7 @@ std::vector<Piece> cutIntoPieces(const std::vector<PlannedItem>& items, uint64_t
         }
     }
     closeRun();
+    end = offset;
     return pieces;
 }
 
@@ -290,7 +293,16 @@ void WritePackage(int out, const std::string& source, const std::string& package
     if (written != static_cast<ssize_t>(head.size())) {
         failSystem(package, written < 0 ? errno : ENOSPC);
     }
-    const std::vector<Piece> pieces = cutIntoPieces(plan.items, head.size());
+    uint64_t size = 0;
+    const std::vector<Piece> pieces = cutIntoPieces(plan.items, head.size(), size);
+    // The whole package's blocks at once: the file system allocates them in
+    // one go instead of page by page as the copies arrive, and a disk too
+    // small for the package says so before anything is read. Where it cannot
+    // be done, the writes allocate as usual.
+    const int reserved = size > 0 ? ::fallocate(out, 0, 0, static_cast<off_t>(size)) : 0;
+    if (reserved != 0 && errno != EOPNOTSUPP && errno != ENOSYS && errno != EINVAL) {
+        failSystem(package, errno);
+    }
     PieceWriter writer(out, package, top.fd(), plan, progress);
     std::vector<std::thread> helpers;
     for (int i = 1; i < kThreads; ++i) {
