@@ -26,8 +26,9 @@ using Ancestors = std::set<std::pair<dev_t, ino_t>>;
 
 class Planner {
 public:
-    Planner(const ExcludeGlob& exclude, const std::optional<std::string>& packageJson)
-        : exclude_(exclude), packageJson_(packageJson) {}
+    Planner(const std::string& source, const ExcludeGlob& exclude,
+            const std::optional<std::string>& packageJson)
+        : source_(source), exclude_(exclude), packageJson_(packageJson) {}
 
     // Every entry of the open folder, which is the plan's item folderItem;
     // names are looked up relative to it, so the kernel walks no path twice.
@@ -41,6 +42,7 @@ private:
     void add(int folder, const std::string& name, const std::string& relative,
              const std::string& parent, std::size_t folderItem, Ancestors& ancestors);
 
+    const std::string& source_;
     const ExcludeGlob& exclude_;
     const std::optional<std::string>& packageJson_;
 };
@@ -58,7 +60,7 @@ std::vector<std::string> Planner::entries(int folder, const std::string& relativ
         if (listed >= 0) {
             ::close(listed);
         }
-        failSystem(top ? "." : relative, errno);
+        failSystem(top ? source_ : relative, errno);
     }
     std::vector<std::string> names;
     errno = 0;
@@ -69,7 +71,7 @@ std::vector<std::string> Planner::entries(int folder, const std::string& relativ
         }
     }
     if (errno != 0) {
-        failSystem(top ? "." : relative, errno);
+        failSystem(top ? source_ : relative, errno);
     }
     if (top && packageJson_ &&
         std::find(names.begin(), names.end(), kPackageJsonName) == names.end()) {
@@ -163,7 +165,7 @@ PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
     if (top.fd() < 0) {
         failSystem(source, errno);
     }
-    Planner planner(exclude, generatedPackageJson);
+    Planner planner(source, exclude, generatedPackageJson);
     Ancestors ancestors{{info.st_dev, info.st_ino}};
     planner.walk(top.fd(), "", "", kTopFolder, ancestors);
     return std::move(planner.plan);

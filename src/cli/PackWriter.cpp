@@ -224,7 +224,7 @@ void PieceWriter::writeRun(const Piece& piece, SourceFolders& folders, std::stri
         vxpkFormat::appendRecord(buffer, recordOf(item));
         if (item.generated) {
             buffer += *item.generated;
-        } else if (!item.isFolder && item.size > 0) {
+        } else if (!item.isFolder) {
             const OwnedDescriptor file(openFile(item, folders));
             const std::size_t at = buffer.size();
             buffer.resize(at + item.size);
