@@ -96,17 +96,18 @@ void packFileItem(const Ref<FolderItem>& item) {
     const WalkDepthGuard depth;
     const String rel = getRelativePath(item);
     const bool isFolder = item->Directory();
+    vxpkFormat::writeString(*bs, item->Name());
+    vxpkFormat::writeString(*bs, rel);
+    // The line comes before the type byte, so a write that fails there still
+    // leaves the item named in the log.
+    owner->log((isFolder ? "Processing Folder: " : "Copying: ") + item->Name());
     uint64_t length = 0;
     if (item->IsReadable()) {
         length = item->Length();
     }
     // Only the low 32 bits fit the field; the contents below are always whole.
-    vxpkFormat::writeRecord(*bs,
-                            {.name = item->Name(),
-                             .parent = rel,
-                             .type = isFolder ? vxpkFormat::kFolderType : vxpkFormat::kFileType,
-                             .length = static_cast<int32_t>(static_cast<uint32_t>(length))});
-    owner->log((isFolder ? "Processing Folder: " : "Copying: ") + item->Name());
+    vxpkFormat::writeTypeAndLength(*bs, isFolder ? vxpkFormat::kFolderType : vxpkFormat::kFileType,
+                                   static_cast<int32_t>(static_cast<uint32_t>(length)));
 
     if (isFolder) {
         packEntries(item);

@@ -21,14 +21,18 @@ void appendHeader(std::string& out, const Header& header) {
     appendString(out, header.folderName.bytes());
 }
 
-// The numbers are big-endian.
 void appendRecord(std::string& out, const Record& record) {
     appendString(out, record.name.bytes());
     appendString(out, record.parent.bytes());
-    out.push_back(static_cast<char>(record.type));
-    const auto length = static_cast<uint32_t>(record.length);
+    appendTypeAndLength(out, record.type, record.length);
+}
+
+// The length is big-endian.
+void appendTypeAndLength(std::string& out, int8_t type, int32_t length) {
+    out.push_back(static_cast<char>(type));
+    const auto bits = static_cast<uint32_t>(length);
     for (int shift = 24; shift >= 0; shift -= 8) {
-        out.push_back(static_cast<char>((length >> shift) & 0xFF));
+        out.push_back(static_cast<char>((bits >> shift) & 0xFF));
     }
 }
 
@@ -39,22 +43,28 @@ uint64_t recordBytes(const Record& record) {
            kLengthBytes;
 }
 
+namespace {
+
+// Writes what an append function gives, as one run of bytes.
+template <class Append>
+void writeAppended(BinaryStream& stream, Append append) {
+    std::string bytes;
+    append(bytes);
+    stream.Write(String(std::move(bytes), nullptr));
+}
+
+}  // namespace
+
 void writeString(BinaryStream& stream, const String& text) {
-    stream.WritePString(text);
+    writeAppended(stream, [&](std::string& out) { appendString(out, text.bytes()); });
 }
 
 void writeHeader(BinaryStream& stream, const Header& header) {
-    writeString(stream, kVersion);
-    writeString(stream, header.name);
-    writeString(stream, header.uid);
-    writeString(stream, header.folderName);
+    writeAppended(stream, [&](std::string& out) { appendHeader(out, header); });
 }
 
-void writeRecord(BinaryStream& stream, const Record& record) {
-    writeString(stream, record.name);
-    writeString(stream, record.parent);
-    stream.WriteInt8(record.type);
-    stream.WriteInt32(record.length);
+void writeTypeAndLength(BinaryStream& stream, int8_t type, int32_t length) {
+    writeAppended(stream, [&](std::string& out) { appendTypeAndLength(out, type, length); });
 }
 
 String readString(BinaryStream& stream) {

@@ -49,19 +49,23 @@ struct Record {
 // after opening, before any field.
 void prepare(BinaryStream& stream);
 
-// The fields' bytes as the write functions below write them to a stream,
-// appended to out instead, for a writer that places records itself; a string
-// longer than 255 bytes is cut to its first 255 as WritePString cuts it.
+// The bytes of the fields, appended to out: the one place where the format's
+// encoding stands. A string longer than 255 bytes is cut to its first 255, as
+// WritePString cuts it.
 void appendString(std::string& out, std::string_view text);
 void appendHeader(std::string& out, const Header& header);
 void appendRecord(std::string& out, const Record& record);
+// The type and the length, which stand behind the two strings of a record.
+void appendTypeAndLength(std::string& out, int8_t type, int32_t length);
 // The bytes of a record's fields, without contents.
 uint64_t recordBytes(const Record& record);
 
+// The same bytes written to a stream, for the App's packer, which logs an
+// item between its names and its type.
 void writeString(BinaryStream& stream, const String& text);
 // The version, then the three strings of the header.
 void writeHeader(BinaryStream& stream, const Header& header);
-void writeRecord(BinaryStream& stream, const Record& record);
+void writeTypeAndLength(BinaryStream& stream, int8_t type, int32_t length);
 
 // Each read takes what the stream gives: at the end of the file a string comes
 // back short and a number as the stream's failure says.
