@@ -100,7 +100,12 @@ void roundTo(Decimal& decimal, int decimals) {
         }
         decimal.digits.resize(i);
         if (i == 0) {
-            decimal.digits = "1";
+            // Filled rather than assigned from a literal. Assigning a pointer
+            // keeps a branch for a source inside the string's own buffer,
+            // which the compiler cannot rule out for a literal; GCC 12 at -O3
+            // inlines that branch with the length the loop above left
+            // unbounded and warns (-Wrestrict) about a copy that never runs.
+            decimal.digits.assign(1, '1');
             ++decimal.exponent;
         } else {
             ++decimal.digits[i - 1];
