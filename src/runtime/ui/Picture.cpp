@@ -34,11 +34,14 @@ Ref<Picture> Picture::_OpenFromApp(const String& resourceName) {
     // A drawing is rendered at its own size by the toolkit's image plugin,
     // which is loaded only now, when the first picture is wanted.
     const QString path = ":/" + ToQString(resourceName);
-    QImage image(QFile::exists(path + ".svg") ? path + ".svg" : path + ".png");
-    if (image.isNull()) {
+    const QString file = QFile::exists(path + ".svg") ? path + ".svg" : path + ".png";
+    if (!QFile::exists(file)) {
         return nullptr;
     }
-    return New<Picture>(image);
+    // A stored picture that cannot be read (no image plugin for it) is an
+    // empty one, which draws as nothing: the window that paints it on every
+    // repaint must not fail on every repaint.
+    return New<Picture>(QImage(file));
 }
 
 }  // namespace vx

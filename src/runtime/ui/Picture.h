@@ -23,7 +23,8 @@ public:
     int64_t Height() const;
 
     // The picture stored with the application under that name (a drawing is
-    // rendered at the size it declares), or nil when there is none.
+    // rendered at the size it declares), or nil when there is none. One that
+    // cannot be read is empty: 0 by 0, and drawn as nothing.
     static Ref<Picture> _OpenFromApp(const String& resourceName);
 
     const QImage& _Image() const { return *image_; }

@@ -52,6 +52,22 @@ TEST(Picture, openFromAppWithUnknownName_givesNil) {
     EXPECT_EQ(Picture::_OpenFromApp("no_such_picture"), nullptr);
 }
 
+TEST(Picture, storedButUnreadable_isEmptyAndDrawsAsNothing) {
+    Ref<Picture> picture = Picture::_OpenFromApp("unreadable_picture");
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(picture->Width(), 0);
+    QImage surface(32, 32, QImage::Format_ARGB32_Premultiplied);
+    surface.fill(Qt::white);
+    const QImage before = surface;
+    {
+        QPainter painter(&surface);
+        Graphics g(painter, 32, 32);
+        g.DrawPicture(picture, 0, 0, 32, 32, 0, 0, 1067, 1067);
+        g.DrawPicture(picture, 0, 0);
+    }
+    EXPECT_EQ(surface, before);
+}
+
 TEST(Canvas, paint_raisedWithTheSurfaceToDrawOn) {
     auto window = test::HiddenWindow();
     auto canvas = test::AddControl<Canvas>(*window, "Canvas1", {0, 0, 32, 32});
