@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTest>
 #include <QTimer>
 
@@ -10,6 +12,7 @@
 #include "app/frmMain.h"
 #include "runtime/ui/FileTypeRegistry.h"
 #include "runtime/ui/RuntimeLifecycle.h"
+#include "runtime/ui/ScreenMenuBar.h"
 #include "support/RecordingUIServices.h"
 #include "support/ToolkitEnvironment.h"
 
@@ -55,6 +58,55 @@ TEST(Startup, mainRunsToTheLoopAndQuit_finalizersTakeEverythingDown) {
     EXPECT_EQ(_GetAppObject(), nullptr);
     EXPECT_FALSE(_IsFileTypeRegistered("Vantrelix App")) << "types go with their module";
     EXPECT_EQ(FileTypes::pvxpk, nullptr);
+}
+
+// Runs the main loop as the program does, ended from here after five
+// seconds at the latest; true when it ended by itself before.
+bool MainLoopEndsByItself() {
+    bool timedOut = false;
+    QTimer watchdog;
+    watchdog.setSingleShot(true);
+    QObject::connect(&watchdog, &QTimer::timeout, [&] {
+        timedOut = true;
+        QApplication::quit();
+    });
+    watchdog.start(5000);
+    _RuntimeRun();
+    return !timedOut;
+}
+
+TEST(Startup, lastWindowClosedInTheLoop_endsTheRun) {
+    test::StartApplication();
+    QObject scope;
+    QTimer::singleShot(0, &scope, [] { _OpenWindows().at(0)->Close(); });
+
+    EXPECT_TRUE(MainLoopEndsByItself());
+}
+
+TEST(Startup, whereTheMenuBarOutlivesWindows_theRunAndBothCommandsOutliveTheLastWindow) {
+    _KeepRunningWithoutWindows(true);
+    test::StartApplication();
+    QObject scope;
+    QTimer::singleShot(0, &scope, [] { _OpenWindows().at(0)->Close(); });
+    // Later than a quit that the close might have asked for.
+    std::vector<QString> offered;
+    std::size_t windowsAfterNewBuild = 0;
+    QTimer::singleShot(200, &scope, [&] {
+        QMenu* file = App::_Instance()->_ScreenMenuBar()->actions().at(0)->menu();
+        for (QAction* action : file->actions()) {
+            offered.push_back(action->text());
+        }
+        file->actions().at(0)->trigger();
+        windowsAfterNewBuild = _OpenWindows().size();
+        test::Choose("FileQuit");
+    });
+
+    const bool ended = MainLoopEndsByItself();
+    _KeepRunningWithoutWindows(false);
+
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(offered, (std::vector<QString>{"New Build...", "Extract app file...", "&Quit"}));
+    EXPECT_EQ(windowsAfterNewBuild, 1u);
 }
 
 TEST(Startup, failureInAHandler_reachesTheReportAndTheAppGoesOn) {

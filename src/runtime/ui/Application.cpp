@@ -1,8 +1,10 @@
 #include "runtime/ui/Application.h"
 
 #include <QApplication>
+#include <QMenuBar>
 
 #include "runtime/ui/MenuBar.h"
+#include "runtime/ui/ScreenMenuBar.h"
 #include "runtime/ui/UnhandledException.h"
 #include "runtime/ui/Window.h"
 
@@ -24,13 +26,28 @@ void _UpdateMenuEnabling() {
 }
 
 Application::Application() = default;
-Application::~Application() = default;
+Application::~Application() {
+    // The bar outlives the application; the screen's menu bar goes with it.
+    MenuBar(nullptr);
+}
 
 void Application::MenuBar(Ref<vx::MenuBar> bar) {
-    menuBar_ = std::move(bar);
-    if (menuBar_) {
-        menuBar_->_UpdateEnabled();
+    if (menuBar_ && screenMenuBar_) {
+        menuBar_->_Detach(screenMenuBar_.get());
     }
+    menuBar_ = std::move(bar);
+    if (!menuBar_) {
+        return;
+    }
+    // A menu bar without a parent is the one the desktop shows when no
+    // window is in front.
+    if (_RunsWithoutWindows()) {
+        if (!screenMenuBar_) {
+            screenMenuBar_ = std::make_unique<QMenuBar>();
+        }
+        menuBar_->_AttachTo(screenMenuBar_.get());
+    }
+    menuBar_->_UpdateEnabled();
 }
 
 void Application::_AddMenuHandler(const String& itemName, MenuHandler handler) {

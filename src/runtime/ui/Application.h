@@ -2,11 +2,14 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 
 #include "runtime/core/Object.h"
 #include "runtime/core/Ref.h"
 #include "runtime/core/RuntimeException.h"
 #include "runtime/text/String.h"
+
+class QMenuBar;
 
 namespace vx {
 
@@ -24,6 +27,9 @@ public:
 
     Ref<vx::MenuBar> MenuBar() const { return menuBar_; }
     void MenuBar(Ref<vx::MenuBar> bar);
+    // The menu bar of no window that shows the application's menus where the
+    // application runs without windows (_RunsWithoutWindows), else null.
+    QMenuBar* _ScreenMenuBar() const { return screenMenuBar_.get(); }
 
     // Binds a handler to the menu item of that Name, anywhere in any menu bar.
     void _AddMenuHandler(const String& itemName, MenuHandler handler);
@@ -41,6 +47,7 @@ public:
 
 private:
     Ref<vx::MenuBar> menuBar_;
+    std::unique_ptr<QMenuBar> screenMenuBar_;
     std::map<String, MenuHandler> menuHandlers_;
 };
 

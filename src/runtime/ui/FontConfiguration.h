@@ -8,7 +8,7 @@ namespace vx {
 // list them ever read; that is about a third of its start-up, and the start
 // of the font library stands between the program and its first window. Where
 // the configuration cannot be read this way, nothing is loaded and the
-// toolkit loads it as usual.
+// toolkit loads it as usual. Built only where the font library is present.
 void _LoadFontConfiguration();
 
 }  // namespace vx

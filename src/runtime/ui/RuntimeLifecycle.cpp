@@ -8,7 +8,10 @@
 #include <vector>
 
 #include "runtime/ui/Application.h"
+#ifdef VX_HAVE_FONTCONFIG
 #include "runtime/ui/FontConfiguration.h"
+#endif
+#include "runtime/ui/ScreenMenuBar.h"
 #include "runtime/ui/internal/DesktopUIServices.h"
 #include "runtime/ui/internal/QtText.h"
 
@@ -40,8 +43,11 @@ void _RuntimeInitExternalClasses() {
     if (QApplication::instance() != nullptr) {
         return;
     }
+#ifdef VX_HAVE_FONTCONFIG
     _LoadFontConfiguration();
+#endif
     toolkit = new QApplication(toolkitArgc, toolkitArgv);
+    _KeepRunningWithoutWindows(_MenuBarOutlivesWindows(FromQString(QApplication::platformName())));
     // What the Edit menu can do changes with the focus and the clipboard.
     QObject::connect(toolkit, &QApplication::focusChanged, toolkit, [] { _UpdateMenuEnabling(); });
     QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, toolkit,
