@@ -1,12 +1,13 @@
 # Two commands do all the set-up on a fresh Debian machine:
 #   make run   installs what is missing, builds and opens the App Builder
 #   make test  installs what is missing, builds and runs every test
-# PRESET selects a CMake preset (default, nogui, asan, fuzz).
+# PRESET selects a CMake preset (default, nogui, asan, fuzz, release, portable).
+#   make package  builds the release preset and writes the .deb to build/release
 
 PRESET ?= default
 BUILD_DIR := build/$(PRESET)
 
-.PHONY: all deps configure build test asan run bench format format-check fuzz clean
+.PHONY: all deps configure build test asan run bench package format format-check fuzz clean
 
 all: build
 
@@ -31,7 +32,11 @@ run: build
 bench: deps
 	@./bench/run.sh
 
-SOURCES = find src tests bench fuzz -name '*.h' -o -name '*.cpp'
+package:
+	@$(MAKE) --no-print-directory build PRESET=release
+	@cpack --preset release
+
+SOURCES = find src tests bench fuzz dist -name '*.h' -o -name '*.cpp'
 
 format:
 	@$(SOURCES) | xargs clang-format -i

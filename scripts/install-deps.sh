@@ -7,7 +7,8 @@ packages=(
     build-essential cmake ninja-build pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev clang-format
-    qt6-base-dev libqt6svg6 libfontconfig-dev libgl-dev
+    qt6-base-dev qt6-svg-dev libfontconfig-dev libgl-dev
+    desktop-file-utils appstream shared-mime-info libglib2.0-bin dpkg-dev file
     xvfb xauth x11-utils imagemagick openbox
     nlohmann-json3-dev time libcli11-dev
 )
