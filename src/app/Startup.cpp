@@ -24,7 +24,7 @@ void _Main() {
 void _EarlyStartup() {
     Application::_SetSupportsHiDPI(true);
     _RuntimeInitExternalClasses();
-    _SetApplicationIdentity("Vantrelix App Builder", "icon_vxpk_file");
+    _SetApplicationIdentity("Vantrelix App Builder", "icon_vxpk_file", "com.vantrelix.AppBuilder");
     _InitFileTypes();
     _NewAppInstance();
     _ApplicationAddMenuHandlers();

@@ -10,7 +10,9 @@ set -euo pipefail
 cpack -G DEB --config "$build/CPackConfig.cmake" -B "$work" >"$work/cpack.log" 2>&1 ||
     fail "cpack failed: $(cat "$work/cpack.log")"
 debs=("$work"/*.deb)
-[ ${#debs[@]} = 1 ] && [ -f "${debs[0]}" ] || fail "cpack made no single .deb: ${debs[*]}"
+if [ ${#debs[@]} != 1 ] || [ ! -f "${debs[0]}" ]; then
+    fail "cpack made no single .deb: ${debs[*]}"
+fi
 deb="${debs[0]}"
 
 field() { dpkg-deb -f "$deb" "$1"; }

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # Shared by the install and package checks, sourced first: their two
 # arguments (the build folder, and 1 when the command-line companion is
 # built), a scratch folder that goes when they end, and what an installed

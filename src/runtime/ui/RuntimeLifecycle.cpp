@@ -56,8 +56,10 @@ void _RuntimeInitExternalClasses() {
     InstallUIServices(desktopServices);
 }
 
-void _SetApplicationIdentity(const String& displayName, const String& iconResource) {
+void _SetApplicationIdentity(const String& displayName, const String& iconResource,
+                             const String& desktopEntry) {
     QApplication::setApplicationDisplayName(ToQString(displayName));
+    QApplication::setDesktopFileName(ToQString(desktopEntry));
     // Drawing the icon is no reason to keep the first window waiting: it is
     // set once the main loop runs, and window frames take it up then.
     const QString icon = ":/" + ToQString(iconResource) + ".svg";
