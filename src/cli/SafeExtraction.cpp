@@ -52,7 +52,11 @@ SafeExtraction::SafeExtraction(const std::string& destination) : destination_(de
     if (!target.has_filename()) {
         target = target.parent_path();
     }
-    temporary_ = (target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string();
+    // Appended rather than "." + ...: GCC 12 at -O3 warns falsely
+    // (-Wrestrict) on a literal inserted before a temporary string.
+    const std::string hidden =
+        std::string(".").append(target.filename().string()).append(".XXXXXX");
+    temporary_ = (target.parent_path() / hidden).string();
     if (::mkdtemp(temporary_.data()) == nullptr) {
         failSystem(destination, errno);
     }
