@@ -144,9 +144,22 @@ TEST_F(WizardTest, controls_keepTheirIrregularities) {
     EXPECT_TRUE(wizard->cmdBuild()->Default());
     EXPECT_FALSE(wizard->txtHelp()->ReadOnly());
     EXPECT_EQ(wizard->txtHelp()->Text(),
-              "Use this utility to pack a web app for distribution using Vantrelix.\n\n"
+              "Use this utility to pack a web app for distribution using Vantrelix.\r\r"
               "The contents of the source folder will be packed into a single file that can be "
-              "opened with Vantrelix.\n\n\n");
+              "opened with Vantrelix.\r\r\r");
+}
+
+// Each line of the log is the message as it is, whatever it holds, and the
+// line end.
+TEST_F(WizardTest, log_addsTheMessageAndTheLineEndByteForByte) {
+    std::string expected;
+    for (const String& message :
+         {String("plain"), String("cr\rcrlf\r\nlf\n"),
+          String(std::string_view("raw \xFF\0 bytes", 12), nullptr), String()}) {
+        wizard->log(message);
+        expected += std::string(message.bytes()) + "\n";
+        EXPECT_EQ(LogOf(wizard), expected);
+    }
 }
 
 TEST_F(WizardTest, tabKey_walksTheSettingsFieldsInTheirTabOrder) {
