@@ -8,7 +8,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev clang-format
     qt6-base-dev libqt6svg6 libfontconfig-dev libgl-dev
-    xvfb xauth x11-utils imagemagick openbox
+    xvfb xauth x11-utils imagemagick openbox xdotool
     nlohmann-json3-dev time libcli11-dev
 )
 

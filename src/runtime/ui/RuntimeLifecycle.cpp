@@ -9,6 +9,7 @@
 
 #include "runtime/ui/Application.h"
 #include "runtime/ui/FontConfiguration.h"
+#include "runtime/ui/MenuShortcuts.h"
 #include "runtime/ui/internal/DesktopUIServices.h"
 #include "runtime/ui/internal/QtText.h"
 
@@ -46,6 +47,7 @@ void _RuntimeInitExternalClasses() {
     QObject::connect(toolkit, &QApplication::focusChanged, toolkit, [] { _UpdateMenuEnabling(); });
     QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, toolkit,
                      [] { _UpdateMenuEnabling(); });
+    _GiveMenuShortcutsPriority();
     desktopServices = new DesktopUIServices();
     InstallUIServices(desktopServices);
 }
