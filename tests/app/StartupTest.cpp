@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTest>
 #include <QTimer>
+#include <functional>
 
 #include "AppHarness.h"
 #include "app/App.h"
@@ -10,6 +11,7 @@
 #include "app/frmMain.h"
 #include "runtime/ui/FileTypeRegistry.h"
 #include "runtime/ui/RuntimeLifecycle.h"
+#include "runtime/ui/TextField.h"
 #include "support/RecordingUIServices.h"
 #include "support/ToolkitEnvironment.h"
 
@@ -55,6 +57,55 @@ TEST(Startup, mainRunsToTheLoopAndQuit_finalizersTakeEverythingDown) {
     EXPECT_EQ(_GetAppObject(), nullptr);
     EXPECT_FALSE(_IsFileTypeRegistered("Vantrelix App")) << "types go with their module";
     EXPECT_EQ(FileTypes::pvxpk, nullptr);
+}
+
+// A control that fails when start-up asks what the Edit menu can do with it.
+class FailingField : public TextField {
+public:
+    std::function<void()> fail;
+    using TextField::Text;
+    String Text() const override {
+        if (fail) {
+            fail();
+        }
+        return TextField::Text();
+    }
+};
+
+// What a step of start-up raises ends in _Main: the two quiet ends go
+// unreported, any other failure is reported.
+TEST(Startup, failureDuringStartup_reportedUnlessAQuietEnd) {
+    struct Case {
+        std::function<void()> fail;
+        const char* reported;  // nullptr: not reported
+    };
+    for (const Case& c : {Case{[] { throw EndException(); }, nullptr},
+                          Case{[] { throw ThreadEndException(); }, nullptr},
+                          Case{[] { throw NilObjectException(); }, "NilObjectException"}}) {
+        MainMenuBar::_Instance();
+        auto window = New<Window>();
+        window->Visible(false);
+        window->Constructor();
+        auto field = New<FailingField>();
+        field->Name("txtName");
+        window->_AddControl(field);
+        ASSERT_TRUE(test::ShowActive(window->_Widget()));
+        field->SetFocus();
+        test::ReportRecorder recorder;
+        field->fail = c.fail;
+
+        _Main();
+
+        field->fail = nullptr;
+        EXPECT_EQ(_GetAppObject(), nullptr) << "start-up ended at the menu bar";
+        if (c.reported == nullptr) {
+            EXPECT_TRUE(recorder.reports.empty());
+        } else {
+            ASSERT_EQ(recorder.reports.size(), 1u);
+            EXPECT_EQ(recorder.reports[0].className, c.reported);
+        }
+        RuntimePerformFinalizers();
+    }
 }
 
 TEST(Startup, failureInAHandler_reachesTheReportAndTheAppGoesOn) {
