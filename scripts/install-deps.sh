@@ -9,7 +9,7 @@ packages=(
     clang libclang-rt-14-dev clang-format
     qt6-base-dev qt6-svg-dev libfontconfig-dev libgl-dev
     desktop-file-utils appstream shared-mime-info libglib2.0-bin dpkg-dev file
-    xvfb xauth x11-utils imagemagick openbox
+    xvfb xauth x11-utils imagemagick openbox xdotool
     nlohmann-json3-dev time libcli11-dev
 )
 

@@ -15,7 +15,8 @@ void _Main() {
         _RunFrameworkInitialization(_LateStartup);
         _RuntimeRun();
     } catch (const EndException&) {
-        // A quit in progress is no failure.
+        // A quit in progress is no failure, and neither is a thread's end.
+    } catch (const ThreadEndException&) {
     } catch (const RuntimeException& failure) {
         RuntimeUnhandledException(failure);
     }

@@ -178,4 +178,7 @@ void frmMain::cmdHelp_Open(PushButton& /*sender*/) {
     PagePanel1()->Value(0);
 }
 
+// The window's own Open comes after its controls' and has nothing left to do.
+void frmMain::Event_Open(Window& /*sender*/) {}
+
 }  // namespace vx

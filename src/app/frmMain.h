@@ -9,8 +9,10 @@
 #include "runtime/ui/Canvas.h"
 #include "runtime/ui/CheckBox.h"
 #include "runtime/ui/Label.h"
+#include "runtime/ui/MenuBar.h"
 #include "runtime/ui/PagePanel.h"
 #include "runtime/ui/PushButton.h"
+#include "runtime/ui/QuitMenuItem.h"
 #include "runtime/ui/TextArea.h"
 #include "runtime/ui/TextField.h"
 #include "runtime/ui/Window.h"
@@ -71,6 +73,21 @@ public:
     Ref<Label> Label5() const { return control<Label>("Label5"); }
     Ref<PushButton> cmdHelp() const { return control<PushButton>("cmdHelp"); }
 
+    // The items of the window's menu bar, each found there by its name.
+    Ref<MenuItem> FileMenu() const { return menuItem<MenuItem>("FileMenu"); }
+    Ref<MenuItem> mnuNewBuild() const { return menuItem<MenuItem>("mnuNewBuild"); }
+    Ref<MenuItem> mnuExtract() const { return menuItem<MenuItem>("mnuExtract"); }
+    Ref<QuitMenuItem> FileQuit() const { return menuItem<QuitMenuItem>("FileQuit"); }
+    Ref<MenuItem> EditMenu() const { return menuItem<MenuItem>("EditMenu"); }
+    Ref<MenuItem> EditUndo() const { return menuItem<MenuItem>("EditUndo"); }
+    Ref<MenuItem> EditSeparator1() const { return menuItem<MenuItem>("EditSeparator1"); }
+    Ref<MenuItem> EditCut() const { return menuItem<MenuItem>("EditCut"); }
+    Ref<MenuItem> EditCopy() const { return menuItem<MenuItem>("EditCopy"); }
+    Ref<MenuItem> EditPaste() const { return menuItem<MenuItem>("EditPaste"); }
+    Ref<MenuItem> EditClear() const { return menuItem<MenuItem>("EditClear"); }
+    Ref<MenuItem> EditSeparator2() const { return menuItem<MenuItem>("EditSeparator2"); }
+    Ref<MenuItem> EditSelectAll() const { return menuItem<MenuItem>("EditSelectAll"); }
+
 protected:
     void Layout() override;
     void CreateControls() override;
@@ -103,6 +120,11 @@ private:
     Ref<C> control(const char* name) const {
         return RuntimeCheckCast<C>(_ControlByName(name));
     }
+    // Asks the bar anew each time: the window may have been given another.
+    template <class C>
+    Ref<C> menuItem(const char* name) const {
+        return RuntimeCheckCast<C>(MenuBar()->_Lookup(name));
+    }
 
     // Shows the dialog and puts its choice into the field and the property.
     void choosePath(TextField& field, const std::function<Ref<FolderItem>()>& dialog,
@@ -114,6 +136,7 @@ private:
     void Canvas1_Paint(Canvas& sender, Graphics& g, const std::vector<Canvas::Rect>& areas);
     void cmdHelp_Action(PushButton& sender);
     void cmdHelp_Open(PushButton& sender);
+    void Event_Open(Window& sender);
 
     // The ten TextChange handlers are one rule: the field that changed, and
     // only that one, decides whether Build is enabled. So the last edit wins,

@@ -45,6 +45,7 @@ void frmMain::Layout() {
 void frmMain::CreateControls() {
     _CreateControls0();
     _CreateControls1();
+    Open.AddHandler(this, &frmMain::Event_Open);
 }
 
 template <class C>

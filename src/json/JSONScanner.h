@@ -46,7 +46,7 @@ public:
     // Whether the token is the word, by the program's one string comparison:
     // the letters of the format follow whatever it decides about letter case.
     static bool IsWord(std::string_view token, std::string_view word) {
-        return RuntimeStringCompare(token, word) == 0;
+        return _CompareStringBytes(token, word) == 0;
     }
 
 private:

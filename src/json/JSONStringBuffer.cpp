@@ -6,7 +6,8 @@
 
 namespace vx {
 
-JSONStringBuffer::JSONStringBuffer(uint64_t capacity) : data(capacity, '\0') {}
+JSONStringBuffer::JSONStringBuffer(uint64_t capacity)
+    : data(New<MemoryBlock>(static_cast<int64_t>(capacity))) {}
 
 JSONStringBuffer::JSONStringBuffer(const String& text) : JSONStringBuffer(text.byteLength()) {
     Append(text);
@@ -20,7 +21,7 @@ Ref<JSONStringBuffer> JSONStringBuffer::Operator_Convert(const String& text) {
 
 void JSONStringBuffer::Append(const String& text) {
     const uint64_t n = text.byteLength();
-    uint64_t size = data.size();
+    uint64_t size = static_cast<uint64_t>(data->Size());
     // A store of 0 bytes would never grow by doubling; start it at one byte.
     if (size == 0 && n > 0) {
         size = 1;
@@ -29,14 +30,14 @@ void JSONStringBuffer::Append(const String& text) {
         size *= 2;
         RuntimeBackgroundTask();
     }
-    data.resize(size);
-    data.replace(binaryLength, n, text.bytes());
+    data->Size(static_cast<int64_t>(size));
+    data->StringValue(static_cast<int64_t>(binaryLength), static_cast<int64_t>(n), text);
     binaryLength += n;
     length += static_cast<uint64_t>(vx::Len(text));
 }
 
 String JSONStringBuffer::StringValue() const {
-    return String(std::string_view(data).substr(0, binaryLength), nullptr);
+    return data->StringValue(0, static_cast<int64_t>(binaryLength), nullptr);
 }
 
 }  // namespace vx

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "runtime/core/Object.h"
 #include "runtime/core/Ref.h"
 #include "runtime/text/String.h"
+#include "runtime/values/MemoryBlock.h"
 
 namespace vx {
 
@@ -19,7 +19,8 @@ public:
     // A store exactly as large as the text, holding it.
     explicit JSONStringBuffer(const String& text);
 
-    // Copies the bytes as they are, whatever the text's encoding.
+    // Copies the bytes as they are, whatever the text's encoding. Without a
+    // store (data nil) this and StringValue raise NilObjectException.
     void Append(const String& text);
     // Characters appended so far, counted piece by piece under each piece's tag.
     uint64_t Len() const { return length; }
@@ -34,7 +35,7 @@ public:
     // Bytes used so far: the write offset in data.
     uint64_t binaryLength = 0;
     // The store; its size is the capacity, never less than binaryLength.
-    std::string data;
+    Ref<MemoryBlock> data;
     // Characters used so far.
     uint64_t length = 0;
 };

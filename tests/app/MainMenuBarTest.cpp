@@ -5,10 +5,14 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
+#include <QTimer>
+#include <string>
+#include <vector>
 
 #include "AppHarness.h"
 #include "app/frmMain.h"
 #include "runtime/ui/QuitMenuItem.h"
+#include "support/RecordingUIServices.h"
 #include "support/ToolkitEnvironment.h"
 
 namespace vx {
@@ -115,6 +119,60 @@ TEST(EditMenu, focusOnAFieldOrElsewhere_itemsActOnTheFieldAndEnableWhereTheyCan)
     w->txtName()->SetFocus();
     w->txtName()->SelectAll();
     EXPECT_EQ(EditEnabled(), std::vector<bool>({false, false, true, false, false, true}));
+}
+
+// Keys pressed in a focused text field while the main loop runs: a text field
+// would take Ctrl+E and the editing keys for itself, yet each shortcut reaches
+// its menu item, the Edit items acting on the field, and Ctrl+Q ends the loop.
+TEST(MenuShortcuts, pressedInAFocusedField_reachTheirMenuItems) {
+    test::StartApplication();
+    test::RecordingUIServices ui;
+    test::InstalledUIServices installed(ui);
+    std::vector<std::string> chosen;
+    for (const char* name : {"mnuNewBuild", "mnuExtract", "FileQuit", "EditUndo", "EditCut",
+                             "EditCopy", "EditPaste", "EditSelectAll"}) {
+        QObject::connect(MainMenuBar::_Instance()->_Lookup(name)->_Action(), &QAction::triggered,
+                         [&chosen, name] { chosen.emplace_back(name); });
+    }
+    Ref<frmMain> first = frmMain::_ImplicitInstance();
+    std::string fieldAfterEditing;
+    std::size_t windowsAfterCtrlN = 0;
+    const auto press = [](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
+    };
+    QTimer::singleShot(0, [&] {
+        ASSERT_TRUE(test::ShowActive(first->_Widget()));
+        first->txtName()->Text("");
+        first->txtName()->SetFocus();
+        QTest::keyClicks(QApplication::focusWidget(), "hello");
+        for (const Qt::Key key : {Qt::Key_A, Qt::Key_C, Qt::Key_X, Qt::Key_V, Qt::Key_Z}) {
+            press(key);
+        }
+        fieldAfterEditing = first->txtName()->Text().c_str();
+        press(Qt::Key_E);
+        press(Qt::Key_N);
+        windowsAfterCtrlN = _OpenWindows().size();
+        Ref<Window> second = _OpenWindows().back();
+        ASSERT_TRUE(test::ShowActive(second->_Widget()));
+        RuntimeCheckCast<frmMain>(second)->txtTitle()->SetFocus();
+        press(Qt::Key_Q);
+    });
+    // Should Ctrl+Q not arrive, the test fails instead of waiting forever.
+    QTimer giveUp;
+    giveUp.setSingleShot(true);
+    QObject::connect(&giveUp, &QTimer::timeout, [] { QApplication::quit(); });
+    giveUp.start(20000);
+
+    _RuntimeRun();
+
+    EXPECT_EQ(chosen,
+              (std::vector<std::string>{"EditSelectAll", "EditCopy", "EditCut", "EditPaste",
+                                        "EditUndo", "mnuExtract", "mnuNewBuild", "FileQuit"}));
+    EXPECT_EQ(QApplication::clipboard()->text(), "hello");
+    EXPECT_EQ(fieldAfterEditing, "") << "the paste undone";
+    EXPECT_EQ(ui.openRequests.size(), 1u);
+    EXPECT_EQ(windowsAfterCtrlN, 2u);
+    EXPECT_FALSE(first->_Widget()->isVisible()) << "quit closed the windows";
 }
 
 }  // namespace

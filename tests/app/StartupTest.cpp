@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <QTest>
 #include <QTimer>
+#include <functional>
 
 #include "AppHarness.h"
 #include "app/App.h"
@@ -13,6 +14,7 @@
 #include "runtime/ui/FileTypeRegistry.h"
 #include "runtime/ui/RuntimeLifecycle.h"
 #include "runtime/ui/ScreenMenuBar.h"
+#include "runtime/ui/TextField.h"
 #include "support/RecordingUIServices.h"
 #include "support/ToolkitEnvironment.h"
 
@@ -107,6 +109,55 @@ TEST(Startup, whereTheMenuBarOutlivesWindows_theRunAndBothCommandsOutliveTheLast
     EXPECT_TRUE(ended);
     EXPECT_EQ(offered, (std::vector<QString>{"New Build...", "Extract app file...", "&Quit"}));
     EXPECT_EQ(windowsAfterNewBuild, 1u);
+}
+
+// A control that fails when start-up asks what the Edit menu can do with it.
+class FailingField : public TextField {
+public:
+    std::function<void()> fail;
+    using TextField::Text;
+    String Text() const override {
+        if (fail) {
+            fail();
+        }
+        return TextField::Text();
+    }
+};
+
+// What a step of start-up raises ends in _Main: the two quiet ends go
+// unreported, any other failure is reported.
+TEST(Startup, failureDuringStartup_reportedUnlessAQuietEnd) {
+    struct Case {
+        std::function<void()> fail;
+        const char* reported;  // nullptr: not reported
+    };
+    for (const Case& c : {Case{[] { throw EndException(); }, nullptr},
+                          Case{[] { throw ThreadEndException(); }, nullptr},
+                          Case{[] { throw NilObjectException(); }, "NilObjectException"}}) {
+        MainMenuBar::_Instance();
+        auto window = New<Window>();
+        window->Visible(false);
+        window->Constructor();
+        auto field = New<FailingField>();
+        field->Name("txtName");
+        window->_AddControl(field);
+        ASSERT_TRUE(test::ShowActive(window->_Widget()));
+        field->SetFocus();
+        test::ReportRecorder recorder;
+        field->fail = c.fail;
+
+        _Main();
+
+        field->fail = nullptr;
+        EXPECT_EQ(_GetAppObject(), nullptr) << "start-up ended at the menu bar";
+        if (c.reported == nullptr) {
+            EXPECT_TRUE(recorder.reports.empty());
+        } else {
+            ASSERT_EQ(recorder.reports.size(), 1u);
+            EXPECT_EQ(recorder.reports[0].className, c.reported);
+        }
+        RuntimePerformFinalizers();
+    }
 }
 
 TEST(Startup, failureInAHandler_reachesTheReportAndTheAppGoesOn) {

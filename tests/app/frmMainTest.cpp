@@ -7,6 +7,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "WizardHarness.h"
 #include "runtime/ui/Picture.h"
@@ -144,9 +145,58 @@ TEST_F(WizardTest, controls_keepTheirIrregularities) {
     EXPECT_TRUE(wizard->cmdBuild()->Default());
     EXPECT_FALSE(wizard->txtHelp()->ReadOnly());
     EXPECT_EQ(wizard->txtHelp()->Text(),
-              "Use this utility to pack a web app for distribution using Vantrelix.\n\n"
+              "Use this utility to pack a web app for distribution using Vantrelix.\r\r"
               "The contents of the source folder will be packed into a single file that can be "
-              "opened with Vantrelix.\n\n\n");
+              "opened with Vantrelix.\r\r\r");
+}
+
+// Each line of the log is the message as it is, whatever it holds, and the
+// line end.
+TEST_F(WizardTest, log_addsTheMessageAndTheLineEndByteForByte) {
+    std::string expected;
+    for (const String& message :
+         {String("plain"), String("cr\rcrlf\r\nlf\n"),
+          String(std::string_view("raw \xFF\0 bytes", 12), nullptr), String()}) {
+        wizard->log(message);
+        expected += std::string(message.bytes()) + "\n";
+        EXPECT_EQ(LogOf(wizard), expected);
+    }
+}
+
+// Each menu accessor asks the window's bar of the moment for its item and
+// checks the class; the window's own Open has its (empty) handler.
+TEST_F(WizardTest, menuAccessors_findTheItemsOfTheWindowsBarByName) {
+    const std::pair<Ref<MenuItem>, const char*> items[] = {
+        {wizard->FileMenu(), "FileMenu"},
+        {wizard->mnuNewBuild(), "mnuNewBuild"},
+        {wizard->mnuExtract(), "mnuExtract"},
+        {wizard->FileQuit(), "FileQuit"},
+        {wizard->EditMenu(), "EditMenu"},
+        {wizard->EditUndo(), "EditUndo"},
+        {wizard->EditSeparator1(), "EditSeparator1"},
+        {wizard->EditCut(), "EditCut"},
+        {wizard->EditCopy(), "EditCopy"},
+        {wizard->EditPaste(), "EditPaste"},
+        {wizard->EditClear(), "EditClear"},
+        {wizard->EditSeparator2(), "EditSeparator2"},
+        {wizard->EditSelectAll(), "EditSelectAll"},
+    };
+    for (const auto& [item, name] : items) {
+        ASSERT_NE(item, nullptr) << name;
+        EXPECT_EQ(item, MainMenuBar::_Instance()->_Lookup(name)) << name;
+    }
+    EXPECT_TRUE(wizard->Open.IsImplemented());
+
+    // Another bar whose FileQuit is a plain item fails the class check.
+    auto other = New<MenuBar>();
+    auto plainQuit = New<MenuItem>();
+    plainQuit->Name("FileQuit");
+    other->Append(plainQuit);
+    wizard->MenuBar(other);
+    EXPECT_THROW(wizard->FileQuit(), IllegalCastException);
+    EXPECT_EQ(wizard->mnuExtract(), nullptr);
+    wizard->MenuBar(nullptr);
+    EXPECT_THROW(wizard->EditCopy(), NilObjectException);
 }
 
 TEST_F(WizardTest, tabKey_walksTheSettingsFieldsInTheirTabOrder) {

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -10,6 +13,7 @@
 #include "PackageFixture.h"
 #include "container/vxPacker.h"
 #include "container/vxpkFile.h"
+#include "runtime/files/SpecialFolder.h"
 #include "support/ChildProcess.h"
 
 namespace vx {
@@ -267,6 +271,44 @@ TEST_F(vxpkFileTest, packedTree_extractsToTheSameTreeLessHiddenEntries) {
     scratch.writeFile(deep + "/bottom", "deep");
     scratch.writeFile("site/large", std::string(3 << 20, 'L') + ByteRange(0, 255));
     expectRoundTrip("every kind");
+}
+
+// Another user plants a link to a folder of theirs under every name that the
+// next extractions could take, and under the user's usual folder name, in the
+// shared temporary folder. With TMPDIR unset they receive nothing.
+TEST_F(vxpkFileTest, squattersLinksInTheSharedFolder_doNotRedirectTheExtraction) {
+    const std::string shared = scratch.makeFolder("shared");
+    const std::string theirs = scratch.makeFolder("theirs");
+    ::chmod(shared.c_str(), 01777);
+    ::chmod(theirs.c_str(), 0777);
+    const std::string usual = "vantrelix-" + std::to_string(::geteuid());
+    const std::time_t now = std::time(nullptr);
+    const std::string planted = RunInChild([&] {
+        int links = ::symlink(theirs.c_str(), (shared + "/" + usual).c_str()) == 0;
+        for (std::time_t second = now; second <= now + 2; ++second) {
+            for (int number = 100; number <= 400; ++number) {
+                char name[32];
+                std::snprintf(name, sizeof name, "%llX%d", static_cast<long long>(second), number);
+                links += ::symlink(theirs.c_str(), (shared + "/" + name).c_str()) == 0;
+            }
+        }
+        return std::to_string(links);
+    });
+    ASSERT_EQ(planted, std::to_string(1 + 3 * 301));
+    scratch.writeFile("in.vxpk", EncodePackage({FileRecord("secret", "s")}));
+    const std::string savedShared = SpecialFolder::_SharedTemporary;
+    SpecialFolder::_SharedTemporary = shared;
+    ::unsetenv("TMPDIR");
+
+    const auto file = vxpkFile::open(scratch.item("in.vxpk"));
+
+    SpecialFolder::_SharedTemporary = savedShared;
+    ASSERT_NE(file, nullptr);
+    EXPECT_TRUE(fs::is_empty(theirs));
+    const fs::path folder(std::string(file->folder->NativePath().bytes()));
+    EXPECT_EQ(fs::canonical(folder), folder) << "no link on the way";
+    EXPECT_EQ(folder.parent_path().parent_path(), fs::path(shared));
+    EXPECT_EQ(scratch.readFile(fs::relative(folder / "secret", scratch.path()).string()), "s");
 }
 
 }  // namespace

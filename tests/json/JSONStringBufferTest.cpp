@@ -21,13 +21,17 @@ TEST(JSONStringBuffer, append_doublesCapacityUntilTheTextFits) {
         JSONStringBuffer buffer(1024);
         buffer.Append(bytesOf(first, 'a'));
         buffer.Append(bytesOf(second, 'b'));
-        EXPECT_EQ(buffer.data.size(), capacity) << first << "+" << second;
+        EXPECT_EQ(buffer.data->Size(), static_cast<int64_t>(capacity)) << first << "+" << second;
         EXPECT_EQ(buffer.StringValue().bytes(), std::string(first, 'a') + std::string(second, 'b'));
     }
     // A store of nothing must still grow rather than double zero forever.
     JSONStringBuffer empty(String(""));
     empty.Append("hello");
     EXPECT_EQ(empty.StringValue(), String("hello"));
+    // Without a store there is nothing to write to or read from.
+    empty.data = nullptr;
+    EXPECT_THROW(empty.Append("more"), NilObjectException);
+    EXPECT_THROW(empty.StringValue(), NilObjectException);
 }
 
 TEST(JSONStringBuffer, len_countsCharactersUnderEachPiecesTag) {

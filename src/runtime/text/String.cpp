@@ -37,10 +37,10 @@ String RuntimeAddString(const String& left, const String& right) {
 }
 
 int32_t RuntimeStringCompare(const String& left, const String& right) {
-    return RuntimeStringCompare(left.bytes(), right.bytes());
+    return _CompareStringBytes(left.bytes(), right.bytes());
 }
 
-int32_t RuntimeStringCompare(std::string_view left, std::string_view right) {
+int32_t _CompareStringBytes(std::string_view left, std::string_view right) {
     const int order = left.compare(right);
     return order < 0 ? -1 : (order > 0 ? 1 : 0);
 }

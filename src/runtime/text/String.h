@@ -59,9 +59,10 @@ inline String operator+(const String& left, const String& right) {
 // 0 when equal, negative when left sorts first, positive when right does.
 // Bytes are compared exactly; nil stands for the empty String.
 int32_t RuntimeStringCompare(const String& left, const String& right);
-// The same comparison over bytes in place, for readers that walk a buffer
-// without making a String of every token.
-int32_t RuntimeStringCompare(std::string_view left, std::string_view right);
+// The rule of RuntimeStringCompare over bytes in place, for readers that walk
+// a buffer without making a String of every token. A name of its own, so that
+// two literals given to RuntimeStringCompare are Strings, not views.
+int32_t _CompareStringBytes(std::string_view left, std::string_view right);
 
 }  // namespace vx
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMenuBar>
+#include <algorithm>
 
 #include "runtime/ui/MenuBar.h"
 #include "runtime/ui/ScreenMenuBar.h"
@@ -14,14 +15,25 @@ namespace {
 Ref<Application> appObject;
 }  // namespace
 
-void _UpdateMenuEnabling() {
-    if (appObject && appObject->MenuBar()) {
-        appObject->MenuBar()->_UpdateEnabled();
+std::vector<Ref<MenuBar>> _MenuBarsInUse() {
+    std::vector<Ref<MenuBar>> bars;
+    const auto add = [&bars](const Ref<MenuBar>& bar) {
+        if (bar && std::find(bars.begin(), bars.end(), bar) == bars.end()) {
+            bars.push_back(bar);
+        }
+    };
+    if (appObject) {
+        add(appObject->MenuBar());
     }
     for (const Ref<Window>& window : _OpenWindows()) {
-        if (window->MenuBar()) {
-            window->MenuBar()->_UpdateEnabled();
-        }
+        add(window->MenuBar());
+    }
+    return bars;
+}
+
+void _UpdateMenuEnabling() {
+    for (const Ref<MenuBar>& bar : _MenuBarsInUse()) {
+        bar->_UpdateEnabled();
     }
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "runtime/core/Object.h"
 #include "runtime/core/Ref.h"
@@ -55,14 +56,16 @@ private:
 void _RuntimeRegisterAppObject(Ref<Application> app);
 Ref<Application> _GetAppObject();
 
-// Runs a handler as the toolkit runs every event: an EndException or a
-// ThreadEndException ends it quietly, any other RuntimeException goes to the
-// application's UnhandledException and then to the default report. Other
-// exceptions are raised on.
+// The menu bars of the application and of the open windows, each once.
+std::vector<Ref<vx::MenuBar>> _MenuBarsInUse();
 // Brings the enabled state of the items of every menu bar in use up to date,
 // as the focus moves between controls.
 void _UpdateMenuEnabling();
 
+// Runs a handler as the toolkit runs every event: an EndException or a
+// ThreadEndException ends it quietly, any other RuntimeException goes to the
+// application's UnhandledException and then to the default report. Other
+// exceptions are raised on.
 void _CallFunctionWithExceptionHandling(const std::function<void()>& function);
 
 }  // namespace vx

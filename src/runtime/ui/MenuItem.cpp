@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QKeySequence>
 #include <QMenu>
+#include <algorithm>
 
 #include "runtime/ui/Application.h"
 #include "runtime/ui/EditCommands.h"
@@ -171,6 +172,14 @@ bool MenuItem::_CanAct() const {
     const EditCommand* command = EditCommandNamed(name_);
     TextEdit* field = TextEdit::_Focused();
     return command != nullptr && field != nullptr && (field->*command->canAct)();
+}
+
+bool MenuItem::_HasShortcut(const QKeySequence& keys) const {
+    if (!action_->shortcut().isEmpty() && action_->shortcut() == keys) {
+        return true;
+    }
+    return std::any_of(children_.begin(), children_.end(),
+                       [&keys](const Ref<MenuItem>& child) { return child->_HasShortcut(keys); });
 }
 
 void MenuItem::_UpdateEnabled() {

@@ -8,6 +8,7 @@
 #include "runtime/text/String.h"
 
 class QAction;
+class QKeySequence;
 class QMenu;
 
 namespace vx {
@@ -58,6 +59,8 @@ public:
     void _UpdateEnabled();
     // Whether choosing the item would do anything at this moment.
     virtual bool _CanAct() const;
+    // Whether this item or one below it answers to the keys.
+    bool _HasShortcut(const QKeySequence& keys) const;
 
     QAction* _Action() const;
     // The popup of the children; made with the first child.

@@ -11,6 +11,7 @@
 #ifdef VX_HAVE_FONTCONFIG
 #include "runtime/ui/FontConfiguration.h"
 #endif
+#include "runtime/ui/MenuShortcuts.h"
 #include "runtime/ui/ScreenMenuBar.h"
 #include "runtime/ui/internal/DesktopUIServices.h"
 #include "runtime/ui/internal/QtText.h"
@@ -52,6 +53,7 @@ void _RuntimeInitExternalClasses() {
     QObject::connect(toolkit, &QApplication::focusChanged, toolkit, [] { _UpdateMenuEnabling(); });
     QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, toolkit,
                      [] { _UpdateMenuEnabling(); });
+    _GiveMenuShortcutsPriority();
     desktopServices = new DesktopUIServices();
     InstallUIServices(desktopServices);
 }

@@ -22,6 +22,17 @@ QString WithLineFeeds(const String& text) {
     converted.replace('\r', '\n');
     return converted;
 }
+
+// The text's bytes as they are where they are UTF-8 already (no tag counts as
+// UTF-8), converted otherwise.
+void AppendUTF8(std::string& out, const String& text) {
+    const TextEncoding* encoding = text.encoding();
+    if (encoding == nullptr || encoding->scheme() == TextEncoding::Scheme::UTF8) {
+        out += text.bytes();
+    } else {
+        out += ToQString(text).toStdString();
+    }
+}
 }  // namespace
 
 TextArea::TextArea() : TextEdit(new QPlainTextEdit()) {
@@ -30,22 +41,33 @@ TextArea::TextArea() : TextEdit(new QPlainTextEdit()) {
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     area->setTabChangesFocus(true);
+    QObject::connect(area, &QPlainTextEdit::textChanged, area, [this] {
+        if (!changingWidget_) {
+            editedByUser_ = true;
+        }
+    });
 }
 
 String TextArea::Text() const {
-    FlushAppends();
-    return FromQString(Area(*this)->toPlainText());
+    TakeEditedText();
+    return String(std::string(text_), Encodings::UTF8);
 }
 
 void TextArea::Text(const String& text) {
-    pendingAppends_.clear();
+    text_.clear();
+    AppendUTF8(text_, text);
+    flushed_ = text_.size();
+    editedByUser_ = false;
     linesInLastBlock_ = 0;
+    changingWidget_ = true;
     Area(*this)->setPlainText(WithLineFeeds(text));
+    changingWidget_ = false;
 }
 
 void TextArea::AppendText(const String& text) {
+    TakeEditedText();
     QPlainTextEdit* area = Area(*this);
-    if (pendingAppends_.empty()) {
+    if (flushed_ == text_.size()) {
         // Dropped with the widget; a control gone before its widget is no
         // longer found for it.
         QMetaObject::invokeMethod(
@@ -57,25 +79,33 @@ void TextArea::AppendText(const String& text) {
             },
             Qt::QueuedConnection);
     }
-    const TextEncoding* encoding = text.encoding();
-    if (encoding == nullptr || encoding->scheme() == TextEncoding::Scheme::UTF8) {
-        pendingAppends_ += text.bytes();
-    } else {
-        pendingAppends_ += ToQString(text).toStdString();
+    AppendUTF8(text_, text);
+}
+
+void TextArea::TakeEditedText() const {
+    if (!editedByUser_) {
+        return;
     }
+    std::string waiting = text_.substr(flushed_);
+    text_ = Area(*this)->toPlainText().toStdString();
+    flushed_ = text_.size();
+    text_ += waiting;
+    editedByUser_ = false;
 }
 
 void TextArea::FlushAppends() const {
-    if (pendingAppends_.empty()) {
+    if (flushed_ == text_.size()) {
         return;
     }
+    TakeEditedText();
     // Each paragraph of the toolkit's document is a block with its own record
     // and layout, which costs far more than the characters of a log line.
     // Appended lines are joined into blocks of many lines with line
     // separators instead; they look the same, wrap the same, and the
-    // document's plain text (Text, Copy) gives them back as line feeds.
-    QString appended = WithLineFeeds(String(std::move(pendingAppends_), Encodings::UTF8));
-    pendingAppends_.clear();
+    // document's plain text (Copy) gives them back as line feeds.
+    QString appended =
+        WithLineFeeds(String(std::string_view(text_).substr(flushed_), Encodings::UTF8));
+    flushed_ = text_.size();
     for (QChar& character : appended) {
         if (character == '\n' && ++linesInLastBlock_ < kLinesPerBlock) {
             character = QChar::LineSeparator;
@@ -90,6 +120,7 @@ void TextArea::FlushAppends() const {
     // counted: a block not laid out yet stands in the scroll range for as
     // many lines as it is given here, and a block of sixteen lines counted as
     // one would make the scroll bar lie about where the user is.
+    changingWidget_ = true;
     end.beginEditBlock();
     const int firstChanged = end.blockNumber();
     end.insertText(appended);
@@ -98,6 +129,7 @@ void TextArea::FlushAppends() const {
         block.setLineCount(static_cast<int>(block.text().count(QChar::LineSeparator)) + 1);
     }
     end.endEditBlock();
+    changingWidget_ = false;
 }
 
 void TextArea::ApplyReadOnly() {

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <set>
 #include <string_view>
@@ -257,20 +259,59 @@ TEST(FolderItem, launch_reachesTheInstalledServices) {
     EXPECT_TRUE(ui.launchActivations[0]);
 }
 
-TEST(SpecialFolder, temporary_followsTMPDIR) {
-    const char* saved = std::getenv("TMPDIR");
-    const std::string restore = saved ? saved : "";
-    // nullptr: TMPDIR not set at all
-    for (const auto& [value, expected] :
-         {std::pair<const char*, const char*>{"/var/tmp/", "/var/tmp"},
-          {"", "/tmp"},
-          {nullptr, "/tmp"}}) {
-        value ? ::setenv("TMPDIR", value, 1) : ::unsetenv("TMPDIR");
-        EXPECT_EQ(SpecialFolder::Temporary()->NativePath().bytes(), expected);
+// Without TMPDIR the folder is the user's own in the shared one: anything
+// another user put under its usual name is passed by for a fresh name.
+TEST(SpecialFolder, temporary_isTMPDIROrAFolderOfTheUsersOwn) {
+    ScratchFolder scratch;
+    const char* savedTMPDIR = std::getenv("TMPDIR");
+    const std::string restoreTMPDIR = savedTMPDIR ? savedTMPDIR : "";
+    const std::string savedShared = SpecialFolder::_SharedTemporary;
+    ::setenv("TMPDIR", "/var/tmp/", 1);
+    EXPECT_EQ(SpecialFolder::Temporary()->NativePath().bytes(), "/var/tmp");
+    ::setenv("TMPDIR", "", 1);
+
+    const std::string usual = "vantrelix-" + std::to_string(::geteuid());
+    struct Case {
+        const char* name;
+        std::function<void(const std::string& shared)> plant;
+        bool usualName;
+    };
+    const Case cases[] = {
+        {"nothingThere", [](const std::string&) {}, true},
+        {"ownOpenFolder",
+         [&](const std::string& shared) { ::mkdir((shared + "/" + usual).c_str(), 0755); }, true},
+        {"linkToOwnFolder",
+         [&](const std::string& shared) {
+             ::symlink(scratch.makeFolder("elsewhere").c_str(), (shared + "/" + usual).c_str());
+         },
+         false},
+        // An unprivileged run can plant only a folder of its own.
+        {"othersFolder",
+         [&](const std::string& shared) {
+             test::RunInChild(
+                 [&] { return std::to_string(::mkdir((shared + "/" + usual).c_str(), 0700)); });
+         },
+         ::geteuid() != 0},
+    };
+    for (const Case& c : cases) {
+        const std::string shared = scratch.makeFolder(c.name);
+        ::chmod(shared.c_str(), 01777);
+        c.plant(shared);
+        SpecialFolder::_SharedTemporary = shared;
+
+        const std::string chosen(SpecialFolder::Temporary()->NativePath().bytes());
+
+        struct stat info {};
+        ASSERT_EQ(::lstat(chosen.c_str(), &info), 0) << c.name;
+        EXPECT_TRUE(S_ISDIR(info.st_mode)) << c.name;
+        EXPECT_EQ(info.st_uid, ::geteuid()) << c.name;
+        EXPECT_EQ(info.st_mode & 07777, 0700u) << c.name;
+        EXPECT_EQ(chosen.rfind(shared + "/" + usual, 0), 0u) << c.name;
+        EXPECT_EQ(chosen == shared + "/" + usual, c.usualName) << c.name;
+        EXPECT_EQ(SpecialFolder::Temporary()->NativePath().bytes(), chosen) << "kept, " << c.name;
     }
-    if (saved) {
-        ::setenv("TMPDIR", restore.c_str(), 1);
-    }
+    SpecialFolder::_SharedTemporary = savedShared;
+    savedTMPDIR ? ::setenv("TMPDIR", restoreTMPDIR.c_str(), 1) : ::unsetenv("TMPDIR");
 }
 
 }  // namespace

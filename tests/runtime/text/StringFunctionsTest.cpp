@@ -81,6 +81,17 @@ TEST(StringFunctions, wholeResults_shareTheBytes) {
     }
 }
 
+// Two literals are Strings here; bytes decide, with no letter case folded and
+// no part for the tag.
+TEST(StringFunctions, runtimeStringCompare_ordersByBytes) {
+    EXPECT_LT(RuntimeStringCompare("a", "b"), 0);
+    EXPECT_GT(RuntimeStringCompare("b", "a"), 0);
+    EXPECT_GT(RuntimeStringCompare("a", "A"), 0);
+    EXPECT_LT(RuntimeStringCompare("ab", "abc"), 0);
+    EXPECT_EQ(RuntimeStringCompare(String(), ""), 0);
+    EXPECT_EQ(RuntimeStringCompare(String("V001", nullptr), "V001"), 0);
+}
+
 TEST(StringFunctions, replace_firstOrEveryOccurrence) {
     const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
         {"a::b::c", "::", "", "ab::c", "abc"},

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 #include <string_view>
 #include <thread>
 
 #include "runtime/ui/Application.h"
 #include "runtime/ui/PushButton.h"
 #include "runtime/ui/UITrap.h"
+#include "runtime/ui/Window.h"
 #include "support/ToolkitEnvironment.h"
 
 namespace vx {
@@ -72,6 +74,27 @@ TEST(UnhandledRoute, reportText_namesClassAndMessage) {
     const String text = UnhandledExceptionText(failure);
     EXPECT_NE(text.bytes().find("TypeMismatchException"), std::string_view::npos);
     EXPECT_NE(text.bytes().find("not a number"), std::string_view::npos);
+}
+
+// Whatever a window does on Open may rely on its controls having done theirs.
+TEST(OpenEvent, controlsOpenBeforeTheirWindow) {
+    class OpeningWindow : public Window {
+    public:
+        std::string order;
+
+    protected:
+        void CreateControls() override {
+            auto button = New<PushButton>();
+            button->Name("cmdHelp");
+            button->Open.AddHandler([this](PushButton&) { order += "control "; });
+            _AddControl(button);
+            Open.AddHandler([this](Window&) { order += "window"; });
+        }
+    };
+    auto window = New<OpeningWindow>();
+    window->Visible(false);
+    window->Constructor();
+    EXPECT_EQ(window->order, "control window");
 }
 
 TEST(UITrap, otherThread_raisesOnlyOnceAnApplicationExists) {

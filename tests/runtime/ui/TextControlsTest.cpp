@@ -70,10 +70,25 @@ TEST(TextField, userTypes_fieldTakesWhatMaskAndReadOnlyAllow) {
     }
 }
 
-TEST(TextArea, carriageReturns_readBackAsLineFeeds) {
+// Text gives back what it was given, byte for byte; only the display turns
+// carriage returns into line ends. Once the user edits, the display's text is
+// the text.
+TEST(TextArea, assignedAndAppendedText_readsBackAsGivenUntilTheUserEdits) {
     auto area = New<TextArea>();
+    auto* shown = static_cast<QPlainTextEdit*>(area->_Widget());
     area->Text("first\r\rsecond\r\nthird\r");
-    EXPECT_EQ(area->Text(), "first\n\nsecond\nthird\n");
+    area->AppendText(String("raw \xFF\r\n", nullptr));
+    const std::string given = "first\r\rsecond\r\nthird\rraw \xFF\r\n";
+    EXPECT_EQ(area->Text().bytes(), given);
+    QCoreApplication::processEvents();
+    const std::string displayed = "first\n\nsecond\nthird\nraw \xEF\xBF\xBD\n";
+    EXPECT_EQ(shown->toPlainText().toStdString(), displayed);
+    EXPECT_EQ(area->Text().bytes(), given) << "the display leaves the text alone";
+
+    shown->moveCursor(QTextCursor::End);
+    shown->insertPlainText("!");
+    area->AppendText("more\r");
+    EXPECT_EQ(area->Text().bytes(), displayed + "!more\r");
 }
 
 TEST(TextArea, appendText_addsAtTheEndWithoutTouchingTheRest) {
