@@ -127,6 +127,10 @@ private:
     const PackPlan& plan_;
     Progress& progress_;
     std::mutex mutex_;
+    // The kernel lets one write into a file at a time and makes a second
+    // writer spin for its turn, burning a processor; taking turns here, the
+    // waiting thread sleeps, and what it reads and gathers needs no turn.
+    std::mutex outputTurn_;
     std::atomic<std::size_t> next_ = 0;
     std::atomic<bool> failed_ = false;
     std::size_t failedPiece_ = 0;
@@ -232,13 +236,18 @@ void PieceWriter::writeRun(const Piece& piece, SourceFolders& folders, std::stri
         }
         bytes += item.size;
     }
-    writeAt(plan_.items[piece.first], buffer.data(), buffer.size(), piece.offset);
+    {
+        const std::lock_guard turn(outputTurn_);
+        writeAt(plan_.items[piece.first], buffer.data(), buffer.size(), piece.offset);
+    }
     const std::lock_guard lock(mutex_);
     progress_.advance(bytes, piece.end - piece.first);
 }
 
 void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::string& buffer) {
     const PlannedItem& item = plan_.items[piece.first];
+    const OwnedDescriptor file(openFile(item, folders));
+    std::unique_lock turn(outputTurn_);
     uint64_t out = piece.offset;
     if (piece.contentsFrom == 0) {
         buffer.clear();
@@ -246,7 +255,6 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
         writeAt(item, buffer.data(), buffer.size(), out);
         out += buffer.size();
     }
-    const OwnedDescriptor file(openFile(item, folders));
     auto in = static_cast<off_t>(piece.contentsFrom);
     auto to = static_cast<off_t>(out);
     uint64_t left = piece.contentsBytes;
@@ -275,6 +283,7 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
         }
         left -= static_cast<uint64_t>(moved);
     }
+    turn.unlock();
     const std::lock_guard lock(mutex_);
     progress_.advance(piece.contentsBytes, piece.contentsFrom == 0 ? 1 : 0);
 }
