@@ -7,6 +7,11 @@
 #include "container/PackageProblem.h"
 
 namespace vx {
+namespace {
+
+constexpr std::size_t kReadAheadBytes = 4096;
+
+}  // namespace
 
 uint64_t RecordEntry::contentsBytes() const {
     return isFolder() ? 0 : static_cast<uint64_t>(fields.length);
@@ -14,6 +19,10 @@ uint64_t RecordEntry::contentsBytes() const {
 
 vxpkRecordReader::vxpkRecordReader(Ref<BinaryStream> stream)
     : stream_(std::move(stream)), size_(stream_->Length()) {
+    // A page holds the fields of any record, and often of the next few; the
+    // contents in between are passed over, so reading further ahead would
+    // copy what nobody looks at.
+    stream_->setReadAhead(kReadAheadBytes);
     vxpkFormat::prepare(*stream_);
     stream_->Position(0);
     const String version = readString(0);

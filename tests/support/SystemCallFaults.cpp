@@ -11,6 +11,7 @@ int calls = 0;
 int injectedCount = 0;
 int copyCallCount = 0;
 uint64_t copied = 0;
+uint64_t readBytes = 0;
 int entriesGiven = 0;
 
 bool interrupted() {
@@ -49,7 +50,9 @@ ssize_t faultyPread(int fd, void* data, std::size_t count, off_t offset) {
         return -1;
     }
     injectedCount += limit(count, active.readAtMost) ? 1 : 0;
-    return kRealSystemCalls.pread(fd, data, count, offset);
+    const ssize_t read = kRealSystemCalls.pread(fd, data, count, offset);
+    readBytes += read > 0 ? static_cast<uint64_t>(read) : 0;
+    return read;
 }
 
 ssize_t faultyPwrite(int fd, const void* data, std::size_t count, off_t offset) {
@@ -90,7 +93,7 @@ dirent* faultyReaddir(DIR* folder) {
 SystemCallFaults::SystemCallFaults(const Faults& faults) : saved_(systemCalls) {
     active = faults;
     calls = injectedCount = copyCallCount = entriesGiven = 0;
-    copied = 0;
+    copied = readBytes = 0;
     systemCalls.pread = faultyPread;
     systemCalls.pwrite = faultyPwrite;
     systemCalls.copy_file_range = faultyCopy;
@@ -107,6 +110,10 @@ int SystemCallFaults::injected() const {
 
 int SystemCallFaults::copyCalls() const {
     return copyCallCount;
+}
+
+uint64_t SystemCallFaults::bytesRead() const {
+    return readBytes;
 }
 
 }  // namespace vx::test

@@ -44,6 +44,8 @@ public:
     // How many calls a fault changed, so that a test can tell that it was met.
     int injected() const;
     int copyCalls() const;
+    // The bytes that pread calls gave back.
+    uint64_t bytesRead() const;
 
 private:
     SystemCalls saved_;

@@ -110,6 +110,11 @@ public:
     // returns there, so a file that could not be read leaves none of its bytes.
     void CopyFrom(BinaryStream& source, uint64_t count);
 
+    // How many bytes a read that misses the buffer fetches, between 1 and
+    // the buffer's size, which is the default. A reader that jumps over most
+    // of a file asks for little, so that what it passes over is never copied.
+    void setReadAhead(std::size_t bytes);
+
 private:
     // Large enough that a package of many small records is written in few
     // calls, small enough to be irrelevant next to the program's other memory.
@@ -149,6 +154,7 @@ private:
     uint64_t bufferStart_ = 0;
     std::size_t bufferFill_ = 0;
     bool dirty_ = false;
+    std::size_t readAhead_ = kBufferSize;
 };
 
 }  // namespace vx

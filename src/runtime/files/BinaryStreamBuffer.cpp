@@ -24,6 +24,10 @@ bool BinaryStream::flushBuffer() {
     return !wasDirty || writeAt(buffer_.get(), fill, bufferStart_);
 }
 
+void BinaryStream::setReadAhead(std::size_t bytes) {
+    readAhead_ = std::clamp<std::size_t>(bytes, 1, kBufferSize);
+}
+
 bool BinaryStream::bufferHolds(uint64_t position) const {
     return bufferFill_ > 0 && position >= bufferStart_ && position < bufferStart_ + bufferFill_;
 }
@@ -81,7 +85,7 @@ std::size_t BinaryStream::readBytes(char* data, std::size_t count) {
             break;
         }
         const std::size_t wanted = count - got;
-        if (wanted >= kBufferSize) {
+        if (wanted >= readAhead_) {
             const ssize_t read = readAt(data + got, wanted, position_);
             if (read > 0) {
                 position_ += static_cast<uint64_t>(read);
@@ -90,7 +94,7 @@ std::size_t BinaryStream::readBytes(char* data, std::size_t count) {
             break;
         }
         ensureBuffer();
-        const ssize_t read = readAt(buffer_.get(), kBufferSize, position_);
+        const ssize_t read = readAt(buffer_.get(), readAhead_, position_);
         if (read <= 0) {
             break;
         }
