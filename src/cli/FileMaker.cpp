@@ -11,8 +11,10 @@
 namespace vx::cli {
 namespace {
 
-// Enough files queued to keep the thread busy, few enough to be no memory.
+// Enough files queued to keep the threads busy, few enough to be no memory.
 constexpr std::size_t kMostQueued = 256;
+// A full queue takes new files again once it has run down to this.
+constexpr std::size_t kRefillBelow = kMostQueued / 2;
 // Making a file is mostly the kernel's work, which goes on in parallel.
 constexpr int kThreads = 2;
 
@@ -35,7 +37,7 @@ FileMaker::~FileMaker() {
         stopping_ = true;
         jobs_.clear();
     }
-    changed_.notify_all();
+    workToDo_.notify_all();
     for (auto& thread : threads_) {
         thread.join();
     }
@@ -49,16 +51,25 @@ void FileMaker::raiseFailure() {
 
 void FileMaker::make(ItemPlace place, std::string relative, uint64_t offset, uint64_t length) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return jobs_.size() < kMostQueued || failure_; });
+    if (jobs_.size() >= kMostQueued) {
+        ownerWaiting_ = true;
+        ownerMayGoOn_.wait(lock, [this] { return jobs_.size() <= kRefillBelow || failure_; });
+        ownerWaiting_ = false;
+    }
     raiseFailure();
     jobs_.push_back({std::move(place), std::move(relative), offset, length});
+    const bool wake = idleWorkers_ > 0;
     lock.unlock();
-    changed_.notify_all();
+    if (wake) {
+        workToDo_.notify_one();
+    }
 }
 
 void FileMaker::finish() {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return (jobs_.empty() && busy_ == 0) || failure_; });
+    ownerWaiting_ = true;
+    ownerMayGoOn_.wait(lock, [this] { return (jobs_.empty() && busy_ == 0) || failure_; });
+    ownerWaiting_ = false;
     raiseFailure();
 }
 
@@ -66,7 +77,9 @@ void FileMaker::run() {
     ContentsCopy copy;
     std::unique_lock lock(mutex_);
     while (true) {
-        changed_.wait(lock, [this] { return !jobs_.empty() || stopping_; });
+        ++idleWorkers_;
+        workToDo_.wait(lock, [this] { return !jobs_.empty() || stopping_; });
+        --idleWorkers_;
         if (stopping_) {
             return;
         }
@@ -74,7 +87,6 @@ void FileMaker::run() {
         jobs_.pop_front();
         ++busy_;
         lock.unlock();
-        changed_.notify_all();
         std::exception_ptr failure;
         try {
             makeOne(job, copy);
@@ -87,8 +99,14 @@ void FileMaker::run() {
             failure_ = failure;
             jobs_.clear();
             stopping_ = true;
+            workToDo_.notify_all();
         }
-        changed_.notify_all();
+        // The owner waits for room in the queue or for the end; it is woken
+        // only once there is plenty of room, so that it queues many files
+        // for each time it waits.
+        if (ownerWaiting_ && (jobs_.size() <= kRefillBelow || failure_)) {
+            ownerMayGoOn_.notify_one();
+        }
     }
 }
 

@@ -49,9 +49,14 @@ private:
     const std::string packagePath_;
     const std::string destination_;
     std::mutex mutex_;
-    std::condition_variable changed_;
+    // Idle threads wait here for a job; each job wakes one of them.
+    std::condition_variable workToDo_;
+    // The owner waits here for room in the queue, or in finish for the end.
+    std::condition_variable ownerMayGoOn_;
     std::deque<Job> jobs_;
     int busy_ = 0;
+    int idleWorkers_ = 0;
+    bool ownerWaiting_ = false;
     bool stopping_ = false;
     std::exception_ptr failure_;
     std::vector<std::thread> threads_;

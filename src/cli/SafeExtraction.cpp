@@ -70,7 +70,7 @@ SafeExtraction::SafeExtraction(const std::string& destination) : destination_(de
 }
 
 SafeExtraction::~SafeExtraction() {
-    cachedHandle_.reset();
+    chain_.clear();
     root_.reset();
     if (!committed_) {
         std::error_code ignored;
@@ -78,35 +78,36 @@ SafeExtraction::~SafeExtraction() {
     }
 }
 
-ItemPlace SafeExtraction::placeOf(const std::string& relative) {
-    const size_t slash = relative.rfind('/');
-    ItemPlace place;
-    place.name = slash == std::string::npos ? relative : relative.substr(slash + 1);
-    const std::string folder = slash == std::string::npos ? "" : relative.substr(0, slash);
-    if (folder.empty()) {
-        place.folder = root_;
-        return place;
-    }
-    if (cachedHandle_ && folder == cachedFolder_) {
-        place.folder = cachedHandle_;
-        return place;
-    }
-    int handle = ::dup(root_->fd());
-    size_t start = 0;
-    while (handle >= 0 && start <= folder.size()) {
-        const size_t end = std::min(folder.find('/', start), folder.size());
-        const int next = ::openat(handle, folder.substr(start, end - start).c_str(), kFolderFlags);
-        ::close(handle);
-        handle = next;
+std::shared_ptr<const FolderHandle> SafeExtraction::folderHandle(std::string_view folder) {
+    std::size_t depth = 0;
+    std::size_t start = 0;
+    while (start < folder.size()) {
+        const std::size_t end = std::min(folder.find('/', start), folder.size());
+        const std::string_view name = folder.substr(start, end - start);
+        if (depth < chain_.size() && chain_[depth].first != name) {
+            chain_.resize(depth);
+        }
+        if (depth == chain_.size()) {
+            const int parent = depth == 0 ? root_->fd() : chain_.back().second->fd();
+            const int handle = ::openat(parent, std::string(name).c_str(), kFolderFlags);
+            if (handle < 0) {
+                failSystem(destination_ + "/" + std::string(folder), errno);
+            }
+            chain_.emplace_back(name, std::make_shared<const FolderHandle>(handle));
+        }
+        ++depth;
         start = end + 1;
     }
-    if (handle < 0) {
-        failSystem(destination_ + "/" + folder, errno);
+    chain_.resize(depth);
+    return depth == 0 ? root_ : chain_.back().second;
+}
+
+ItemPlace SafeExtraction::placeOf(const std::string& relative) {
+    const size_t slash = relative.rfind('/');
+    if (slash == std::string::npos) {
+        return {root_, relative};
     }
-    cachedFolder_ = folder;
-    cachedHandle_ = std::make_shared<const FolderHandle>(handle);
-    place.folder = cachedHandle_;
-    return place;
+    return {folderHandle(std::string_view(relative).substr(0, slash)), relative.substr(slash + 1)};
 }
 
 void SafeExtraction::makeFolder(const std::string& relative) {

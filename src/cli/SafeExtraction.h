@@ -2,6 +2,9 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "cli/OwnedDescriptor.h"
 
@@ -42,13 +45,16 @@ public:
     void commit();
 
 private:
+    // The handle of folder, "/" between its components, "" for the top.
+    std::shared_ptr<const FolderHandle> folderHandle(std::string_view folder);
+
     std::string destination_;
     std::string temporary_;
     std::shared_ptr<const FolderHandle> root_;
-    // The folder of the last item, kept open: records mostly come folder by
-    // folder, so one handle saves most walks from the root.
-    std::string cachedFolder_;
-    std::shared_ptr<const FolderHandle> cachedHandle_;
+    // The open folders from the top down to the folder of the last item.
+    // Records come depth first, so the next item's folder mostly shares all
+    // but its last few components and only those are opened.
+    std::vector<std::pair<std::string, std::shared_ptr<const FolderHandle>>> chain_;
     bool committed_ = false;
 };
 

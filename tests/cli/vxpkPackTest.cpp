@@ -87,6 +87,8 @@ TEST_F(vxpkPackTest, roundTrip_givesTheTreeBackQuietlyWhenNotOnATerminal) {
         large[i] = static_cast<char>(i * 31 % 251);
     }
     scratch.writeFile("site/css/img/large", large);
+    // Back in a folder after one of its subfolders.
+    scratch.writeFile("site/css/zz.css", "after img/");
     std::vector<VxpkResult> results = {
         run({"pack", "site", "out.vxpk", "--name", "Demo", "--uid", "demo1"}),
         run({"verify", "out.vxpk"}),
@@ -101,7 +103,8 @@ TEST_F(vxpkPackTest, roundTrip_givesTheTreeBackQuietlyWhenNotOnATerminal) {
     EXPECT_EQ(SnapshotTree(scratch.path("dest")), SnapshotTree(scratch.path("site"), true));
     EXPECT_EQ(results[3].out, ByteRange(0, 255));
     EXPECT_EQ(results[4].out,
-              "Zeta\ncss/\ncss/a.css\ncss/img/\ncss/img/empty\ncss/img/large\nindex.html\n"
+              "Zeta\ncss/\ncss/a.css\ncss/img/\ncss/img/empty\ncss/img/large\ncss/zz.css\n"
+              "index.html\n"
               "package.json\n");
 }
 
