@@ -61,17 +61,25 @@ pack_setup() {
 }
 pack_reset() { rm -f "$scratch/out.vxpk" "$scratch/out.tar"; }
 
-# Our reader makes its folder in the temporary folder, so TMPDIR says where.
-extract_setup() {
-    ours_cmd=(env TMPDIR="$scratch/x-ours" "$bin_dir/vxextract_bench" "$scratch/$1.vxpk")
-    tar_cmd=(tar -xf "$scratch/$1.tar" -C "$scratch/x-tar")
-}
+# Every extraction goes into a folder never used before, and the folders go
+# only at the very end: on these disks file creation slows for a minute or
+# more after a large delete (the file system passes over recently freed
+# inodes one by one), which would charge one tool for the other's clean-up.
 # The last run's files are written back before the next starts, so neither
 # tool pays for the other's.
-extract_reset() {
-    rm -rf "$scratch/x-ours" "$scratch/x-tar"
-    mkdir -p "$scratch/x-ours" "$scratch/x-tar"
+next_fresh() {
+    fresh=$((${fresh:-0} + 1))
+    mkdir -p "$scratch/fresh/ours-tmp-$fresh" "$scratch/fresh/tar-$fresh"
     sync
+}
+
+# Our reader makes its folder in the temporary folder, so TMPDIR says where.
+extract_setup() { extract_kind=$1; }
+extract_reset() {
+    next_fresh
+    ours_cmd=(env TMPDIR="$scratch/fresh/ours-tmp-$fresh" "$bin_dir/vxextract_bench"
+        "$scratch/$extract_kind.vxpk")
+    tar_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
 }
 
 cli_pack_setup() {
@@ -80,16 +88,11 @@ cli_pack_setup() {
 }
 cli_pack_reset() { pack_reset; }
 
-# Every run extracts into a folder never used before, and the folders go only
-# at the end: on these disks file creation slows for minutes after a large
-# delete, which would charge one tool for the other's clean-up.
-cli_extract_setup() { cli_kind=$1; }
+cli_extract_setup() { extract_kind=$1; }
 cli_extract_reset() {
-    fresh=$((${fresh:-0} + 1))
-    mkdir -p "$scratch/fresh/tar-$fresh"
-    ours_cmd=("$vxpk" extract --quiet "$scratch/$cli_kind.vxpk" "$scratch/fresh/ours-$fresh")
-    tar_cmd=(tar -xf "$scratch/$cli_kind.tar" -C "$scratch/fresh/tar-$fresh")
-    sync
+    next_fresh
+    ours_cmd=("$vxpk" extract --quiet "$scratch/$extract_kind.vxpk" "$scratch/fresh/ours-$fresh")
+    tar_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
 }
 
 # Neither reads contents: both walk the headers of the same tree's archive.
@@ -140,6 +143,17 @@ compare() {
                s, k, ow, tw, ow / tw, oc, tc, (tc > 0 ? oc / tc : 0), p / 1024, tp / 1024, r }'
 }
 
+# A run right after the last one's clean-up would meet the slow file creation
+# that follows a large delete; it waits until that has passed.
+settled_after=120
+if [ -e "$scratch/cleaned" ]; then
+    wait_for=$((settled_after - ($(date +%s) - $(stat -c %Y "$scratch/cleaned"))))
+    if [ "$wait_for" -gt 0 ]; then
+        echo "Waiting ${wait_for}s for the file system to settle after the last run's clean-up ..."
+        sleep "$wait_for"
+    fi
+fi
+
 make_tree many
 make_tree big
 # One untimed pass of each so that both tools start with the same warm cache.
@@ -151,3 +165,4 @@ for step in $steps; do
     done
 done
 rm -rf "${scratch:?}/fresh"
+touch "$scratch/cleaned"
