@@ -20,7 +20,7 @@
 namespace vx::cli {
 namespace {
 
-// A file of this size or more is copied inside the kernel instead of being
+// A file of this size or more is copied in parts of its own instead of being
 // gathered in memory with its neighbours.
 constexpr uint64_t kLargeFileBytes = uint64_t{1} << 20;
 // A run of small items is written out once it holds this much, which bounds
@@ -30,6 +30,13 @@ constexpr std::size_t kRunItems = 256;
 // Large files are copied in parts of this size, so that both threads share
 // one file as well.
 constexpr uint64_t kPartBytes = uint64_t{4} << 20;
+// Each write hands the page cache at most this much. Larger writes make the
+// kernel reach for larger blocks of memory, which it may first have to
+// assemble where memory is fragmented or was handed back to a virtual
+// machine's host: three files of 300 MB packed in 0.3 to 1.4 s, varying from
+// run to run, in writes of 1 MiB or more (and in copies inside the kernel),
+// and in 0.29 to 0.34 s in writes of 64 KiB.
+constexpr std::size_t kWriteBytes = std::size_t{64} << 10;
 constexpr int kThreads = 2;
 
 // Items [first, end) from offset on; or, for a large file, the part of its
@@ -170,7 +177,8 @@ void PieceWriter::work(const std::vector<Piece>& pieces) {
 void PieceWriter::writeAt(const PlannedItem& item, const char* data, std::size_t count,
                           uint64_t offset) const {
     while (count > 0) {
-        const ssize_t written = ::pwrite(out_, data, count, static_cast<off_t>(offset));
+        const ssize_t written =
+            ::pwrite(out_, data, std::min(count, kWriteBytes), static_cast<off_t>(offset));
         if (written < 0 && errno == EINTR) {
             continue;
         }
@@ -247,6 +255,8 @@ void PieceWriter::writeRun(const Piece& piece, SourceFolders& folders, std::stri
 void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::string& buffer) {
     const PlannedItem& item = plan_.items[piece.first];
     const OwnedDescriptor file(openFile(item, folders));
+    // The whole part in one turn: handing the turn over between blocks costs
+    // more than reading a block while the other thread writes saves.
     std::unique_lock turn(outputTurn_);
     uint64_t out = piece.offset;
     if (piece.contentsFrom == 0) {
@@ -255,33 +265,13 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
         writeAt(item, buffer.data(), buffer.size(), out);
         out += buffer.size();
     }
-    auto in = static_cast<off_t>(piece.contentsFrom);
-    auto to = static_cast<off_t>(out);
-    uint64_t left = piece.contentsBytes;
-    while (left > 0) {
-        const ssize_t moved = ::copy_file_range(file.fd(), &in, out_, &to, left, 0);
-        if (moved < 0 && errno == EINTR) {
-            continue;
-        }
-        if (moved < 0 &&
-            (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
-            // Not between these two files: through memory, a block at a time.
-            buffer.resize(static_cast<std::size_t>(std::min(left, kRunBytes)));
-            readContents(item, file.fd(), buffer.data(), buffer.size(), static_cast<uint64_t>(in));
-            writeAt(item, buffer.data(), buffer.size(), static_cast<uint64_t>(to));
-            in += static_cast<off_t>(buffer.size());
-            to += static_cast<off_t>(buffer.size());
-            left -= buffer.size();
-            continue;
-        }
-        if (moved < 0) {
-            // Which file failed is not told; reading is the likelier.
-            failSystem(item.relative, errno);
-        }
-        if (moved == 0) {
-            failUnacceptable(item.relative, "changed while it was packed");
-        }
-        left -= static_cast<uint64_t>(moved);
+    buffer.resize(kWriteBytes);
+    for (uint64_t done = 0; done < piece.contentsBytes;) {
+        const auto count =
+            static_cast<std::size_t>(std::min<uint64_t>(kWriteBytes, piece.contentsBytes - done));
+        readContents(item, file.fd(), buffer.data(), count, piece.contentsFrom + done);
+        writeAt(item, buffer.data(), count, out + done);
+        done += count;
     }
     turn.unlock();
     const std::lock_guard lock(mutex_);

@@ -12,9 +12,9 @@ namespace vx::cli {
 // and every file's contents land follows from the plan alone, so the package
 // is cut into pieces that two threads fill at once, each reading its files
 // relative to their folders and writing its piece at its own offset: runs of
-// small items gathered in memory and written with one call, large files
-// copied inside the kernel in parts. The threads take turns at writing, as
-// the file takes one writer at a time; reading and gathering overlap. The bytes are those of a writer that
+// small items gathered in memory and written out, large files copied in
+// parts of a few MiB. The threads take turns at writing, as the file takes
+// one writer at a time; gathering the small items overlaps. The bytes are those of a writer that
 // goes through the plan in order. The first failure in package order ends it
 // with CliFailure naming the item; source is the folder the plan was made of.
 void WritePackage(int out, const std::string& source, const std::string& package,
