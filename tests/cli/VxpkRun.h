@@ -12,8 +12,13 @@ struct VxpkResult {
     std::string err;
 };
 
-// Runs the vxpk built with the tests, with standard output and standard error
-// in files (so neither is a terminal), in the folder workingFolder.
-VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder);
+// Where the standard error of a run goes.
+enum class ErrorTo { File, Terminal };
+
+// Runs the vxpk built with the tests in the folder workingFolder, with
+// standard output in a file and standard error in a file or, for a user's
+// view, on a pseudo-terminal that passes the bytes as they are written.
+VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
+                   ErrorTo errorTo = ErrorTo::File);
 
 }  // namespace vx::test

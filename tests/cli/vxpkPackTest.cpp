@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -106,6 +107,43 @@ TEST_F(vxpkPackTest, roundTrip_givesTheTreeBackQuietlyWhenNotOnATerminal) {
               "Zeta\ncss/\ncss/a.css\ncss/img/\ncss/img/empty\ncss/img/large\ncss/zz.css\n"
               "index.html\n"
               "package.json\n");
+}
+
+TEST_F(vxpkPackTest, progress_isOneMovingLineOnATerminalUnlessQuiet) {
+    makeSite("site");
+    // Each showing rewrites the line from its start; the last counts all.
+    const std::regex line(R"(^(\r\d+(/\d+)? items, \d+\.\d MiB, \d+%, \d+\.\d MiB/s   )+\n$)");
+    const std::regex last(R"(\r(\d+)(/(\d+))? items, [^\r]*, 100%, [^\r]*\n$)");
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string items;
+        bool shown;
+    };
+    const std::vector<Case> cases = {
+        {{"pack", "site", "a.vxpk", "--name", "Demo", "--uid", "demo1"}, "7", true},
+        {{"extract", "a.vxpk", "out"}, "7", true},
+        {{"pack", "site", "b.vxpk", "--name", "Demo", "--uid", "demo1", "--quiet"}, "", false},
+        {{"extract", "a.vxpk", "quiet", "--quiet"}, "", false},
+        {{"list", "a.vxpk"}, "", false},
+    };
+    for (const auto& [arguments, items, shown] : cases) {
+        std::string command;
+        for (const auto& argument : arguments) {
+            command += argument + " ";
+        }
+        SCOPED_TRACE(command);
+        const VxpkResult result = RunVxpk(arguments, scratch.path(), ErrorTo::Terminal);
+        EXPECT_EQ(result.exitCode, 0);
+        if (!shown) {
+            EXPECT_EQ(result.err, "");
+            continue;
+        }
+        EXPECT_TRUE(std::regex_match(result.err, line)) << result.err;
+        std::smatch count;
+        ASSERT_TRUE(std::regex_search(result.err, count, last)) << result.err;
+        EXPECT_EQ(count[1], items);
+        EXPECT_TRUE(!count[2].matched || count[3] == items);
+    }
 }
 
 TEST_F(vxpkPackTest, exclude_leavesOutMatchingPathsAndAllTheyHold) {
