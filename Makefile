@@ -30,6 +30,7 @@ run: build
 	@./scripts/run-app.sh $(BUILD_DIR)
 
 bench: deps
+	@./scripts/install-deps.sh bench
 	@./bench/run.sh
 
 package:

@@ -2,15 +2,15 @@
 # Packs two generated trees with our packer and with `tar -cf`, then extracts
 # the packages with our reader and the same trees' archives with `tar -xf`,
 # alternating which goes first, and prints the median wall and CPU times, the
-# ratios ours/tar and the peak memory of each. The cli_ steps do the same with
-# the command-line tool: pack and extract against tar, list and verify against
-# `tar -tf`.
+# ratios ours/theirs and the peak memory of each. The cli_ steps do the same
+# with the command-line tool: pack and extract against tar, list and verify
+# against `tar -tf`, and cli_peer packs against the peer's own packer.
 #   bench/pack.sh BIN_DIR [VXPK]   BIN_DIR holds vxpack_bench, vxextract_bench
 #                                  and make_tree; VXPK is the command-line tool
 # VX_BENCH_DIR (default $TMPDIR/vx-bench) is the scratch folder, kept between
 # runs so the trees and their packages are made once; VX_BENCH_ROUNDS (default
 # 5) the rounds; VX_BENCH_STEPS (default "pack extract", and the cli_ steps
-# when VXPK is given) the comparisons.
+# when VXPK is given, cli_peer where npm is) the comparisons.
 set -euo pipefail
 
 bin_dir=$(cd "$1" && pwd)
@@ -18,6 +18,10 @@ scratch=${VX_BENCH_DIR:-${TMPDIR:-/tmp}/vx-bench}
 rounds=${VX_BENCH_ROUNDS:-5}
 vxpk=${2:+$(cd "$(dirname "$2")" && pwd)/$(basename "$2")}
 default_steps="pack extract${vxpk:+ cli_pack cli_extract cli_list cli_verify}"
+# Packing against the peer's own packer needs npm, which is not a build tool.
+if [ -n "$vxpk" ] && command -v npm >/dev/null; then
+    default_steps+=" cli_peer"
+fi
 steps=${VX_BENCH_STEPS:-$default_steps}
 mkdir -p "$scratch"
 
@@ -53,11 +57,11 @@ median() {
         awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'
 }
 
-# Each step names the two commands for a tree in ours_cmd and tar_cmd, and
+# Each step names the two commands for a tree in ours_cmd and their_cmd, and
 # what must happen before each run, untimed, in its reset.
 pack_setup() {
     ours_cmd=("$bin_dir/vxpack_bench" "$scratch/$1" "$scratch/out.vxpk")
-    tar_cmd=(tar -cf "$scratch/out.tar" -C "$scratch" "$1")
+    their_cmd=(tar -cf "$scratch/out.tar" -C "$scratch" "$1")
 }
 pack_reset() { rm -f "$scratch/out.vxpk" "$scratch/out.tar"; }
 
@@ -79,12 +83,12 @@ extract_reset() {
     next_fresh
     ours_cmd=(env TMPDIR="$scratch/fresh/ours-tmp-$fresh" "$bin_dir/vxextract_bench"
         "$scratch/$extract_kind.vxpk")
-    tar_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
+    their_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
 }
 
 cli_pack_setup() {
     ours_cmd=("$vxpk" pack --quiet "$scratch/$1" "$scratch/out.vxpk" --name Bench --uid bench)
-    tar_cmd=(tar -cf "$scratch/out.tar" -C "$scratch" "$1")
+    their_cmd=(tar -cf "$scratch/out.tar" -C "$scratch" "$1")
 }
 cli_pack_reset() { pack_reset; }
 
@@ -92,20 +96,38 @@ cli_extract_setup() { extract_kind=$1; }
 cli_extract_reset() {
     next_fresh
     ours_cmd=("$vxpk" extract --quiet "$scratch/$extract_kind.vxpk" "$scratch/fresh/ours-$fresh")
-    tar_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
+    their_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
 }
 
 # Neither reads contents: both walk the headers of the same tree's archive.
 cli_list_setup() {
     ours_cmd=("$vxpk" list "$scratch/$1.vxpk")
-    tar_cmd=(tar -tf "$scratch/$1.tar")
+    their_cmd=(tar -tf "$scratch/$1.tar")
 }
 cli_list_reset() { :; }
 cli_verify_setup() {
     ours_cmd=("$vxpk" verify "$scratch/$1.vxpk")
-    tar_cmd=(tar -tf "$scratch/$1.tar")
+    their_cmd=(tar -tf "$scratch/$1.tar")
 }
 cli_verify_reset() { :; }
+
+# The packer of the peers our users compare us with, from npm, installed once
+# into the build folder: 3.4.1 is the last release that runs on the Node.js of
+# Debian 12.
+peer_version=3.4.1
+peer_dir=$bin_dir/peer
+peer_packer=$peer_dir/node_modules/.bin/asar
+cli_peer_setup() {
+    if [ ! -x "$peer_packer" ]; then
+        echo "Installing the peer's packer (@electron/asar@$peer_version, npm) into $peer_dir ..."
+        npm install --prefix "$peer_dir" --no-audit --no-fund --loglevel=error \
+            "@electron/asar@$peer_version" >/dev/null
+    fi
+    ours_cmd=("$vxpk" pack --quiet "$scratch/$1" "$scratch/out.vxpk" --name Bench --uid bench)
+    their_cmd=("$peer_packer" pack "$scratch/$1" "$scratch/out.peer")
+    their_name=peer
+}
+cli_peer_reset() { rm -f "$scratch/out.vxpk" "$scratch/out.peer"; }
 
 # The package and the archive of a tree, made once like the tree.
 make_archives() {
@@ -117,45 +139,47 @@ make_archives() {
     fi
 }
 
-# Runs the step's command of the tool (ours or tar), behind the words given
-# first: measure and its file, or none.
+# Runs the step's command of the tool (ours or theirs), behind the words
+# given first: measure and its file, or none.
 run_tool() {
     local tool=$1
     shift
     if [ "$tool" = ours ]; then
         "$@" "${ours_cmd[@]}"
     else
-        "$@" "${tar_cmd[@]}"
+        "$@" "${their_cmd[@]}"
     fi
 }
 
 compare() {
     local step=$1 kind=$2
-    local ours="$scratch/$kind.ours" tar="$scratch/$kind.tar.times"
-    rm -f "$ours" "$tar"
+    local ours="$scratch/$kind.ours" theirs="$scratch/$kind.theirs"
+    rm -f "$ours" "$theirs"
+    their_name=tar
     "${step}_setup" "$kind"
     # One untimed run of each first: on a virtual machine, the first large
     # write after a quiet spell pays for memory that the host took back, and
     # whichever tool ran first would pay it alone.
-    for tool in ours tar; do
+    for tool in ours theirs; do
         "${step}_reset"
         run_tool "$tool" >/dev/null
     done
     for round in $(seq 1 "$rounds"); do
-        for tool in $( ((round % 2)) && echo "ours tar" || echo "tar ours"); do
+        for tool in $( ((round % 2)) && echo "ours theirs" || echo "theirs ours"); do
             "${step}_reset"
-            run_tool "$tool" measure "$([ "$tool" = ours ] && echo "$ours" || echo "$tar")"
+            run_tool "$tool" measure "$([ "$tool" = ours ] && echo "$ours" || echo "$theirs")"
         done
     done
     "${step}_reset"
-    local peak tar_peak
+    local peak their_peak
     peak=$(awk '$3 > m { m = $3 } END { print m }' "$ours")
-    tar_peak=$(awk '$3 > m { m = $3 } END { print m }' "$tar")
-    awk -v s="$step" -v k="$kind" -v ow="$(median "$ours" 1)" -v tw="$(median "$tar" 1)" \
-        -v oc="$(median "$ours" 2)" -v tc="$(median "$tar" 2)" \
-        -v p="$peak" -v tp="$tar_peak" -v r="$rounds" 'BEGIN {
-        printf "%-7s %-5s wall: ours %7.3f s  tar %7.3f s  ours/tar %4.2f | cpu: ours %6.2f s  tar %6.2f s  ours/tar %4.2f | peak memory: ours %5.1f MB  tar %5.1f MB  (medians of %d)\n",
-               s, k, ow, tw, ow / tw, oc, tc, (tc > 0 ? oc / tc : 0), p / 1024, tp / 1024, r }'
+    their_peak=$(awk '$3 > m { m = $3 } END { print m }' "$theirs")
+    awk -v s="$step" -v k="$kind" -v t="$their_name" \
+        -v ow="$(median "$ours" 1)" -v tw="$(median "$theirs" 1)" \
+        -v oc="$(median "$ours" 2)" -v tc="$(median "$theirs" 2)" \
+        -v p="$peak" -v tp="$their_peak" -v r="$rounds" 'BEGIN {
+        printf "%-8s %-5s wall: ours %7.3f s  %s %7.3f s  ours/%s %5.3f | cpu: ours %6.2f s  %s %6.2f s  ours/%s %5.3f | peak memory: ours %5.1f MB  %s %5.1f MB  (medians of %d)\n",
+               s, k, ow, t, tw, t, ow / tw, oc, t, tc, t, (tc > 0 ? oc / tc : 0), p / 1024, t, tp / 1024, r }'
 }
 
 # A run right after the last one's clean-up would meet the slow file creation
@@ -175,7 +199,7 @@ make_tree big
 tar -cf - -C "$scratch" many big | cat >/dev/null
 for step in $steps; do
     for kind in many big; do
-        [ "${step#cli_}" != pack ] && make_archives "$kind"
+        case "$step" in *pack | cli_peer) ;; *) make_archives "$kind" ;; esac
         compare "$step" "$kind"
     done
 done

@@ -12,6 +12,11 @@ packages=(
     xvfb xauth x11-utils imagemagick openbox xdotool
     nlohmann-json3-dev time libcli11-dev
 )
+# `install-deps.sh bench` adds npm, with which the benchmarks fetch the peer's
+# packer that they compare ours with.
+if [ "${1:-}" = bench ] && ! command -v npm >/dev/null; then
+    packages+=(nodejs npm)
+fi
 
 missing=()
 for package in "${packages[@]}"; do
