@@ -85,7 +85,7 @@ TEST_F(vxpkRecordReaderTest, encodedFields_areTheFormatByteForByte_andReadBackWi
 TEST_F(vxpkRecordReaderTest, walk_readsTheFieldsAndNotTheContentsBetweenThem) {
     std::vector<PackageRecord> records;
     for (int i = 0; i < 20; ++i) {
-        records.push_back(FileRecord("f" + std::to_string(i), std::string(64 * 1024, 'c')));
+        records.push_back(FileRecord(std::to_string(i), std::string(64 * 1024, 'c')));
     }
     const std::string bytes = EncodePackage(records);
     auto reader = open(bytes);
