@@ -19,17 +19,20 @@ constexpr double kCurrencyScale = 10000.0;
 
 String BinaryStream::Read(int64_t count, const TextEncoding* encoding) {
     beginOperation();
-    std::string bytes;
+    std::size_t wanted = 0;
     uint64_t length = 0;
     // Bytes the buffer holds are in the file, so they need no asking for its
     // length; a reader of many short fields asks the system only for blocks.
     if (count > 0 && bufferHolds(position_) &&
         static_cast<uint64_t>(count) <= bufferStart_ + bufferFill_ - position_) {
-        bytes.resize(static_cast<std::size_t>(count));
-        bytes.resize(readBytes(bytes.data(), bytes.size()));
+        wanted = static_cast<std::size_t>(count);
     } else if (count > 0 && fileLength(length) && position_ < length) {
-        bytes.resize(std::min(static_cast<uint64_t>(count), length - position_));
-        bytes.resize(readBytes(bytes.data(), bytes.size()));
+        wanted =
+            static_cast<std::size_t>(std::min(static_cast<uint64_t>(count), length - position_));
+    }
+    std::string bytes(wanted, '\0');
+    if (wanted > 0) {
+        bytes.resize(readBytes(bytes.data(), wanted));
     }
     CheckForError();
     return String(std::move(bytes), encoding);
