@@ -73,7 +73,7 @@ pack_reset() { rm -f "$scratch/out.vxpk" "$scratch/out.tar"; }
 # tool pays for the other's.
 next_fresh() {
     fresh=$((${fresh:-0} + 1))
-    mkdir -p "$scratch/fresh/ours-tmp-$fresh" "$scratch/fresh/tar-$fresh"
+    mkdir -p "$scratch/fresh/tar-$fresh"
     sync
 }
 
@@ -81,6 +81,7 @@ next_fresh() {
 extract_setup() { extract_kind=$1; }
 extract_reset() {
     next_fresh
+    mkdir "$scratch/fresh/ours-tmp-$fresh"
     ours_cmd=(env TMPDIR="$scratch/fresh/ours-tmp-$fresh" "$bin_dir/vxextract_bench"
         "$scratch/$extract_kind.vxpk")
     their_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
@@ -95,6 +96,7 @@ cli_pack_reset() { pack_reset; }
 cli_extract_setup() { extract_kind=$1; }
 cli_extract_reset() {
     next_fresh
+    mkdir "$scratch/fresh/ours-tmp-$fresh"
     ours_cmd=("$vxpk" extract --quiet "$scratch/$extract_kind.vxpk" "$scratch/fresh/ours-$fresh")
     their_cmd=(tar -xf "$scratch/$extract_kind.tar" -C "$scratch/fresh/tar-$fresh")
 }

@@ -136,7 +136,7 @@ private:
     std::mutex mutex_;
     // The kernel lets one write into a file at a time and makes a second
     // writer spin for its turn, burning a processor; taking turns here, the
-    // waiting thread sleeps, and what it reads and gathers needs no turn.
+    // waiting thread sleeps. Gathering a run of small files needs no turn.
     std::mutex outputTurn_;
     std::atomic<std::size_t> next_ = 0;
     std::atomic<bool> failed_ = false;
