@@ -1,5 +1,5 @@
 // Arbitrary bytes as a package, extracted the way vxpk extract does it. A
-// refusal (CliFailure) is an answer; any other exception escapes and is
+// refusal (EngineFailure) is an answer; any other exception escapes and is
 // reported as a crash. After every input nothing may stand anywhere but in
 // the destination: the scratch folder is checked two levels above the
 // destination's folder, where a record climbing out with ".." would land.
@@ -20,8 +20,9 @@
 #include <string>
 
 #include "Confinement.h"
-#include "cli/CliFailure.h"
-#include "cli/ExtractPackage.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/core/WorkProgress.h"
+#include "engine/extraction/ExtractPackage.h"
 
 namespace {
 
@@ -69,9 +70,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         std::abort();
     }
     try {
-        vx::cli::ExtractPackage("/proc/self/fd/" + std::to_string(fd), folders.destination.string(),
-                                true);
-    } catch (const vx::cli::CliFailure&) {
+        vx::engine::NoProgress quiet;
+        vx::engine::ExtractPackage("/proc/self/fd/" + std::to_string(fd),
+                                   folders.destination.string(), quiet);
+    } catch (const vx::engine::EngineFailure&) {
     }
     ::close(fd);
     checkContained(folders);

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "cli/CliFailure.h"
 #include "cli/Commands.h"
-#include "cli/PackageInput.h"
 #include "container/vxpkTreeCheck.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/reading/PackageInput.h"
 
 namespace vx::cli {
 namespace {
@@ -26,11 +26,11 @@ RecordEntry findFile(vxpkRecordReader& reader, const CatOptions& options) {
             continue;
         }
         if (entry->isFolder()) {
-            failUnacceptable(options.package, options.path + " is a folder");
+            engine::failUnacceptable(options.package, options.path + " is a folder");
         }
         return *entry;
     }
-    failUnacceptable(options.package, "no file " + options.path + " in the package");
+    engine::failUnacceptable(options.package, "no file " + options.path + " in the package");
 }
 
 // Standard output may be a pipe or a file opened for appending, so the bytes
@@ -42,15 +42,15 @@ void writeOut(std::string_view bytes) {
             continue;
         }
         if (written < 0) {
-            failSystem("standard output", errno);
+            engine::failSystem("standard output", errno);
         }
         bytes.remove_prefix(static_cast<size_t>(written));
     }
 }
 
 void cat(const CatOptions& options) {
-    vxpkRecordReader reader = openPackage(options.package);
-    withPackage(options.package, [&] {
+    vxpkRecordReader reader = engine::openPackage(options.package);
+    engine::withPackage(options.package, [&] {
         findFile(reader, options);
         reader.readContents(writeOut);
     });

@@ -3,7 +3,8 @@
 #include <string>
 
 #include "cli/Commands.h"
-#include "cli/ExtractPackage.h"
+#include "cli/Progress.h"
+#include "engine/extraction/ExtractPackage.h"
 
 namespace vx::cli {
 namespace {
@@ -28,8 +29,10 @@ void addExtractCommand(CLI::App& app) {
                      "The folder to make; it must not exist or be empty")
         ->required();
     command->add_flag("--quiet", options->quiet, "Show no progress");
-    command->callback(
-        [options] { ExtractPackage(options->package, options->destination, options->quiet); });
+    command->callback([options] {
+        Progress progress(options->quiet);
+        engine::ExtractPackage(options->package, options->destination, progress);
+    });
 }
 
 }  // namespace vx::cli

@@ -5,7 +5,7 @@
 
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
-#include "cli/PackageInput.h"
+#include "engine/reading/PackageInput.h"
 
 namespace vx::cli {
 namespace {
@@ -35,9 +35,9 @@ void printText(const vxpkFormat::Header& header, const Counts& counts, uint64_t 
 }
 
 void info(const InfoOptions& options) {
-    vxpkRecordReader reader = openPackage(options.package);
+    vxpkRecordReader reader = engine::openPackage(options.package);
     Counts counts;
-    withPackage(options.package, [&] {
+    engine::withPackage(options.package, [&] {
         while (const auto entry = reader.next()) {
             ++(entry->isFolder() ? counts.folders : counts.files);
             counts.contentBytes += entry->contentsBytes();

@@ -5,8 +5,8 @@
 
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
-#include "cli/PackageInput.h"
 #include "container/vxpkTreeCheck.h"
+#include "engine/reading/PackageInput.h"
 
 namespace vx::cli {
 namespace {
@@ -42,9 +42,9 @@ void printLine(const RecordEntry& entry, const std::string& path, bool longForm)
 // One line per record, in package order, from the records alone: no contents
 // are read.
 void list(const ListOptions& options) {
-    vxpkRecordReader reader = openPackage(options.package);
+    vxpkRecordReader reader = engine::openPackage(options.package);
     auto items = New<JSONItem>();
-    withPackage(options.package, [&] {
+    engine::withPackage(options.package, [&] {
         while (const auto entry = reader.next()) {
             const std::string path = RecordPath(entry->fields) + (entry->isFolder() ? "/" : "");
             if (options.json) {

@@ -1,23 +1,13 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
-#include <cerrno>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/CliFailure.h"
 #include "cli/Commands.h"
-#include "cli/PackPlan.h"
-#include "cli/PackWriter.h"
 #include "cli/Progress.h"
 #include "container/PackageDescription.h"
-#include "runtime/core/RuntimeException.h"
-#include "runtime/files/FolderItem.h"
+#include "engine/packing/PackFolder.h"
 #include "runtime/text/TextEncoding.h"
 
 namespace vx::cli {
@@ -35,81 +25,21 @@ struct PackOptions {
     bool quiet = false;
 };
 
-// The package is written under a unique, unguessable name beside its final
-// place and renamed there only when whole, so a failure leaves no partial
-// package and an older one untouched.
-class TemporaryPackage {
-public:
-    explicit TemporaryPackage(const std::string& package) {
-        const std::filesystem::path target(package);
-        path_ = (target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string();
-        fd_ = ::mkstemp(path_.data());
-        if (fd_ < 0) {
-            failSystem(package, errno);
-        }
-    }
-    ~TemporaryPackage() {
-        if (fd_ >= 0) {
-            ::close(fd_);
-        }
-        if (!committed_) {
-            ::unlink(path_.c_str());
-        }
-    }
-    TemporaryPackage(const TemporaryPackage&) = delete;
-    TemporaryPackage& operator=(const TemporaryPackage&) = delete;
-
-    int fd() const { return fd_; }
-    // mkstemp makes the file private; a package gets the mode of any new file.
-    void commit(const std::string& package) {
-        const int closed = ::close(fd_);
-        fd_ = -1;
-        if (closed != 0) {
-            failSystem(package, errno);
-        }
-        const mode_t mask = ::umask(0);
-        ::umask(mask);
-        if (::chmod(path_.c_str(), 0666 & ~mask) != 0 || ::rename(path_.c_str(), package.c_str())) {
-            failSystem(package, errno);
-        }
-        committed_ = true;
-    }
-
-private:
-    std::string path_;
-    int fd_;
-    bool committed_ = false;
-};
-
-void checkHeaderString(const std::string& option, const std::string& text) {
-    if (text.size() > vxpkFormat::kMaxStringBytes) {
-        failUnacceptable(option, "longer than 255 bytes");
-    }
-}
-
 void pack(const PackOptions& options) {
-    checkHeaderString("--name", options.name);
-    checkHeaderString("--uid", options.uid);
-    std::optional<std::string> packageJson;
+    engine::PackRequest request{.source = options.source,
+                                .package = options.package,
+                                .name = options.name,
+                                .uid = options.uid,
+                                .excludes = options.excludes,
+                                .packageJson = std::nullopt};
     if (options.packageJson) {
         PackageDescription::Fields fields = options.fields;
         fields.name = String(options.name, Encodings::UTF8);
         fields.uid = String(options.uid, Encodings::UTF8);
-        packageJson = std::string(PackageDescription::document(fields)->ToString().bytes());
+        request.packageJson = std::string(PackageDescription::document(fields)->ToString().bytes());
     }
-    const PackPlan plan = planPack(options.source, ExcludeGlob(options.excludes), packageJson);
-    const String folderName =
-        New<FolderItem>(String(options.source, nullptr), FolderItem::PathModeNative)->Name();
-    checkHeaderString(options.source, std::string(folderName.bytes()));
-
-    TemporaryPackage temporary(options.package);
-    Progress progress(options.quiet, plan.items.size(), plan.contentBytes);
-    WritePackage(temporary.fd(), options.source, options.package, plan,
-                 {.name = String(options.name, nullptr),
-                  .uid = String(options.uid, nullptr),
-                  .folderName = folderName},
-                 progress);
-    temporary.commit(options.package);
+    Progress progress(options.quiet);
+    engine::PackFolder(request, progress);
 }
 
 void addPackageJsonOption(CLI::App& command, CLI::Option* packageJson, const std::string& name,

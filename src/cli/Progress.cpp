@@ -13,12 +13,15 @@ constexpr double kMiB = 1024.0 * 1024.0;
 
 }  // namespace
 
-Progress::Progress(bool quiet, uint64_t totalItems, uint64_t totalBytes)
+Progress::Progress(bool quiet)
     : enabled_(!quiet && ::isatty(STDERR_FILENO) == 1),
-      totalItems_(totalItems),
-      totalBytes_(totalBytes),
       start_(std::chrono::steady_clock::now()),
       lastShown_(start_) {}
+
+void Progress::begin(uint64_t totalItems, uint64_t totalBytes) {
+    totalItems_ = totalItems;
+    totalBytes_ = totalBytes;
+}
 
 Progress::~Progress() {
     if (enabled_ && items_ > 0) {

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
-#include "cli/CliFailure.h"
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
-#include "cli/PackageInput.h"
 #include "container/PackageProblem.h"
-#include "container/vxpkTreeCheck.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/reading/PackageInput.h"
+#include "engine/reading/PackageWalk.h"
 
 namespace vx::cli {
 namespace {
@@ -18,18 +18,6 @@ struct VerifyOptions {
     std::string package;
     bool json = false;
 };
-
-// Every record through the strict reader and the tree rules; the number of
-// records when all are sound.
-uint64_t checkAll(vxpkRecordReader& reader) {
-    vxpkTreeCheck tree;
-    uint64_t records = 0;
-    while (const auto entry = reader.next()) {
-        tree.admit(*entry);
-        records = entry->number;
-    }
-    return records;
-}
 
 void printJsonVerdict(uint64_t records, const PackageProblem* problem) {
     auto document = NewJsonObject();
@@ -45,13 +33,13 @@ void printJsonVerdict(uint64_t records, const PackageProblem* problem) {
 }
 
 void verify(const VerifyOptions& options) {
-    const Ref<BinaryStream> stream = openPackageStream(options.package);
+    const Ref<BinaryStream> stream = engine::openPackageStream(options.package);
     uint64_t records = 0;
     std::optional<PackageProblem> problem;
-    withPackage(options.package, [&] {
+    engine::withPackage(options.package, [&] {
         try {
             vxpkRecordReader reader(stream);
-            records = checkAll(reader);
+            records = engine::WalkRecords(reader, [](const engine::PackageEntry&) {});
         } catch (const PackageProblem& found) {
             problem = found;
         }
@@ -60,7 +48,7 @@ void verify(const VerifyOptions& options) {
         printJsonVerdict(records, problem ? &*problem : nullptr);
     }
     if (problem) {
-        failUnacceptable(options.package, problem->where());
+        engine::failUnacceptable(options.package, problem->where());
     }
     if (!options.json) {
         std::printf("%s: sound, %llu records\n", options.package.c_str(),

@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <exception>
 
-#include "cli/CliFailure.h"
 #include "cli/Commands.h"
+#include "cli/ExitCode.h"
 
 namespace {
 
@@ -40,8 +40,8 @@ int main(int argc, char** argv) {
             return app.exit(error);
         }
         return report(vx::cli::kUsage, (std::string(error.what()) + " (see vxpk --help)").c_str());
-    } catch (const vx::cli::CliFailure& failure) {
-        return report(failure.code, failure.what());
+    } catch (const vx::engine::EngineFailure& failure) {
+        return report(vx::cli::exitCodeOf(failure.kind), failure.what());
     } catch (const std::exception& failure) {
         return report(vx::cli::kSystem, failure.what());
     }

@@ -1,4 +1,4 @@
-#include "cli/SafeExtraction.h"
+#include "engine/extraction/SafeExtraction.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -10,9 +10,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "cli/CliFailure.h"
+#include "engine/core/EngineFailure.h"
 
-namespace vx::cli {
+namespace vx::engine {
 namespace {
 
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
@@ -140,4 +140,4 @@ void SafeExtraction::commit() {
     committed_ = true;
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

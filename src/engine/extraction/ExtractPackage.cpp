@@ -1,20 +1,20 @@
-#include "cli/ExtractPackage.h"
+#include "engine/extraction/ExtractPackage.h"
 
 #include <unistd.h>
 
 #include <cerrno>
 
-#include "cli/CliFailure.h"
-#include "cli/FileMaker.h"
-#include "cli/OwnedDescriptor.h"
-#include "cli/PackageInput.h"
-#include "cli/Progress.h"
-#include "cli/SafeExtraction.h"
 #include "container/vxpkTreeCheck.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/core/OwnedDescriptor.h"
+#include "engine/extraction/FileMaker.h"
+#include "engine/extraction/SafeExtraction.h"
+#include "engine/reading/PackageInput.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
-void ExtractPackage(const std::string& package, const std::string& destination, bool quiet) {
+void ExtractPackage(const std::string& package, const std::string& destination,
+                    WorkProgress& progress) {
     const int fd = openPackageFile(package);
     const auto stream = New<BinaryStream>(fd, false);
     stream->UseIOExceptions = true;
@@ -27,7 +27,7 @@ void ExtractPackage(const std::string& package, const std::string& destination, 
     }
     vxpkRecordReader reader = withPackage(package, [&] { return vxpkRecordReader(stream); });
     SafeExtraction extraction(destination);
-    Progress progress(quiet, 0, reader.packageSize());
+    progress.begin(0, reader.packageSize());
     FileMaker maker(extraction, contents.fd(), package, destination);
     withPackage(package, [&] {
         // Progress counts package bytes, so that it ends at 100% with the file.
@@ -51,4 +51,4 @@ void ExtractPackage(const std::string& package, const std::string& destination, 
     extraction.commit();
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "cli/OwnedDescriptor.h"
-#include "cli/PackPlan.h"
+#include "engine/core/OwnedDescriptor.h"
+#include "engine/packing/PackPlan.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
 // The open folders of the source from its top down to the one in use, known
 // by their places in the plan, so that each file is opened relative to its
@@ -31,4 +31,4 @@ private:
     std::vector<std::size_t> chain_;
 };
 
-}  // namespace vx::cli
+}  // namespace vx::engine

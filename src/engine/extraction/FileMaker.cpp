@@ -1,14 +1,14 @@
-#include "cli/FileMaker.h"
+#include "engine/extraction/FileMaker.h"
 
 #include <unistd.h>
 
 #include <cerrno>
 #include <utility>
 
-#include "cli/CliFailure.h"
-#include "cli/ContentsCopy.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/extraction/ContentsCopy.h"
 
-namespace vx::cli {
+namespace vx::engine {
 namespace {
 
 // Enough files queued to keep the threads busy, few enough to be no memory.
@@ -118,7 +118,7 @@ void FileMaker::makeOne(const Job& job, ContentsCopy& copy) const {
         failSystem(packagePath_, outcome.readError);
     }
     if (outcome.packageEnded) {
-        throw CliFailure(kSystem, packagePath_ + ": the file ended early");
+        throw EngineFailure(FailureKind::kSystem, packagePath_ + ": the file ended early");
     }
     if (outcome.writeError != 0 || closed != 0) {
         failSystem(destination_ + "/" + job.relative,
@@ -126,4 +126,4 @@ void FileMaker::makeOne(const Job& job, ContentsCopy& copy) const {
     }
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

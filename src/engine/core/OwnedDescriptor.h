@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-namespace vx::cli {
+namespace vx::engine {
 
 // An open file descriptor, closed when its owner goes; -1 owns nothing.
 class OwnedDescriptor {
@@ -21,4 +21,4 @@ private:
     int fd_;
 };
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,21 +1,21 @@
-#include "cli/CliFailure.h"
+#include "engine/core/EngineFailure.h"
 
 #include <cerrno>
 #include <cstring>
 
 #include "runtime/files/FileErrorCode.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
-CliFailure::CliFailure(ExitCode exitCode, const std::string& message)
-    : std::runtime_error(message), code(exitCode) {}
+EngineFailure::EngineFailure(FailureKind failureKind, const std::string& message)
+    : std::runtime_error(message), kind(failureKind) {}
 
 void failSystem(const std::string& path, int errnoValue) {
-    throw CliFailure(kSystem, path + ": " + std::strerror(errnoValue));
+    throw EngineFailure(FailureKind::kSystem, path + ": " + std::strerror(errnoValue));
 }
 
 void failUnacceptable(const std::string& path, const std::string& reason) {
-    throw CliFailure(kUnacceptable, path + ": " + reason);
+    throw EngineFailure(FailureKind::kUnacceptable, path + ": " + reason);
 }
 
 std::string describeFileError(int64_t errorNumber) {
@@ -31,4 +31,4 @@ std::string describeFileError(int64_t errorNumber) {
     return std::strerror(static_cast<int>(errorNumber - PlatformErrorCodeBase));
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

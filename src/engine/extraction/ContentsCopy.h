@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace vx::cli {
+namespace vx::engine {
 
 // Copies a file's contents out of the package into a new file, through one
 // buffer that is reused from file to file.
@@ -31,4 +31,4 @@ private:
     std::unique_ptr<char, Free> buffer_;
 };
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -4,25 +4,23 @@
 #include <stdexcept>
 #include <string>
 
-namespace vx::cli {
+namespace vx::engine {
 
-// The exit status of vxpk, as --help, the man page and the README tell it.
-enum ExitCode : int {
-    kSuccess = 0,
+// What kind of trouble ended an operation; the commands turn it into their
+// exit status.
+enum class FailureKind {
     // The package or the tree is not acceptable: invalid, unsafe or not
     // representable in the format.
-    kUnacceptable = 1,
-    kUsage = 2,
+    kUnacceptable,
     // A file that cannot be read or written.
-    kSystem = 3,
+    kSystem,
 };
 
-// Ends a command with one line of diagnosis and an exit status; main prints
-// it behind "vxpk: error: ".
-class CliFailure : public std::runtime_error {
+// Ends an operation with one line of diagnosis, "PATH: reason".
+class EngineFailure : public std::runtime_error {
 public:
-    CliFailure(ExitCode code, const std::string& message);
-    ExitCode code;
+    EngineFailure(FailureKind kind, const std::string& message);
+    FailureKind kind;
 };
 
 // "PATH: reason", with the reason of the C library for errnoValue.
@@ -31,4 +29,4 @@ public:
 // The reason behind a file error number of the runtime's streams.
 std::string describeFileError(int64_t errorNumber);
 
-}  // namespace vx::cli
+}  // namespace vx::engine

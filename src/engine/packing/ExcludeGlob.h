@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vx::cli {
+namespace vx::engine {
 
 // The --exclude patterns of pack. A pattern is matched against an entry's
 // whole path below the source folder, with "/" between components: "*", "?"
@@ -19,4 +19,4 @@ private:
     std::vector<std::vector<std::string>> patterns_;
 };
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -4,7 +4,7 @@
 
 #include "container/vxpkRecordReader.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
 // Opens the package at path for reading and gives its descriptor; a file that cannot be opened ends
 // the command with a system error, one that is no regular file is refused.
@@ -33,4 +33,4 @@ auto withPackage(const std::string& path, Body&& body) -> decltype(body()) {
     }
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,4 +1,4 @@
-#include "cli/PackPlan.h"
+#include "engine/packing/PackPlan.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -11,11 +11,11 @@
 #include <set>
 #include <utility>
 
-#include "cli/CliFailure.h"
-#include "cli/OwnedDescriptor.h"
 #include "container/vxpkFormat.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/core/OwnedDescriptor.h"
 
-namespace vx::cli {
+namespace vx::engine {
 namespace {
 
 constexpr const char* kPackageJsonName = "package.json";
@@ -171,4 +171,4 @@ PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
     return std::move(planner.plan);
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

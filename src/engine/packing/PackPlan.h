@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/ExcludeGlob.h"
+#include "engine/packing/ExcludeGlob.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
 // The folder of an item at the top of the tree.
 inline constexpr std::size_t kTopFolder = static_cast<std::size_t>(-1);
@@ -44,4 +44,4 @@ struct PackPlan {
 PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
                   const std::optional<std::string>& generatedPackageJson);
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -9,9 +9,9 @@
 #include <thread>
 #include <vector>
 
-#include "cli/SafeExtraction.h"
+#include "engine/extraction/SafeExtraction.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
 // Makes the extracted files on threads of their own, so that creating and
 // filling them overlaps reading and checking the package's records and each
@@ -62,4 +62,4 @@ private:
     std::vector<std::thread> threads_;
 };
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "cli/OwnedDescriptor.h"
+#include "engine/core/OwnedDescriptor.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
 // An open handle of a folder of the extracted tree, closed with the last
 // owner: files are made in it on other threads after the extraction has
@@ -58,4 +58,4 @@ private:
     bool committed_ = false;
 };
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,4 +1,4 @@
-#include "cli/ContentsCopy.h"
+#include "engine/extraction/ContentsCopy.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <new>
 
-namespace vx::cli {
+namespace vx::engine {
 namespace {
 
 // Direct writes want the buffer, the offset and the length on boundaries of
@@ -150,4 +150,4 @@ ContentsCopy::Outcome ContentsCopy::copy(int package, uint64_t offset, uint64_t 
     return outcome;
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,4 +1,4 @@
-#include "cli/PackageInput.h"
+#include "engine/reading/PackageInput.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,11 +6,11 @@
 
 #include <cerrno>
 
-#include "cli/CliFailure.h"
 #include "container/PackageProblem.h"
+#include "engine/core/EngineFailure.h"
 #include "runtime/core/RuntimeException.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
 int openPackageFile(const std::string& path) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -46,8 +46,9 @@ void failPackage(const std::string& path) {
     } catch (const PackageProblem& problem) {
         failUnacceptable(path, problem.where());
     } catch (const IOException& failure) {
-        throw CliFailure(kSystem, path + ": " + describeFileError(failure.ErrorNumber));
+        throw EngineFailure(FailureKind::kSystem,
+                            path + ": " + describeFileError(failure.ErrorNumber));
     }
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,4 +1,4 @@
-#include "cli/PackWriter.h"
+#include "engine/packing/PackWriter.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,11 +13,11 @@
 #include <thread>
 #include <vector>
 
-#include "cli/CliFailure.h"
-#include "cli/OwnedDescriptor.h"
-#include "cli/SourceFolders.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/core/OwnedDescriptor.h"
+#include "engine/packing/SourceFolders.h"
 
-namespace vx::cli {
+namespace vx::engine {
 namespace {
 
 // A file of this size or more is copied in parts of its own instead of being
@@ -108,7 +108,7 @@ std::vector<Piece> cutIntoPieces(const std::vector<PlannedItem>& items, uint64_t
 class PieceWriter {
 public:
     PieceWriter(int out, const std::string& package, int top, const PackPlan& plan,
-                Progress& progress)
+                WorkProgress& progress)
         : out_(out), package_(package), top_(top), plan_(plan), progress_(progress) {}
 
     // Fills pieces in turn until none is left or one has failed; the failure
@@ -132,7 +132,7 @@ private:
     const std::string& package_;
     int top_;
     const PackPlan& plan_;
-    Progress& progress_;
+    WorkProgress& progress_;
     std::mutex mutex_;
     // The kernel lets one write into a file at a time and makes a second
     // writer spin for its turn, burning a processor; taking turns here, the
@@ -171,7 +171,8 @@ void PieceWriter::work(const std::vector<Piece>& pieces) {
 }
 
 [[noreturn]] void PieceWriter::failWrite(const PlannedItem& item, int error) const {
-    throw CliFailure(kSystem, item.relative + " into " + package_ + ": " + std::strerror(error));
+    throw EngineFailure(FailureKind::kSystem,
+                        item.relative + " into " + package_ + ": " + std::strerror(error));
 }
 
 void PieceWriter::writeAt(const PlannedItem& item, const char* data, std::size_t count,
@@ -281,7 +282,7 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
 }  // namespace
 
 void WritePackage(int out, const std::string& source, const std::string& package,
-                  const PackPlan& plan, const vxpkFormat::Header& header, Progress& progress) {
+                  const PackPlan& plan, const vxpkFormat::Header& header, WorkProgress& progress) {
     std::string head;
     vxpkFormat::appendHeader(head, header);
     const OwnedDescriptor top(::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -314,4 +315,4 @@ void WritePackage(int out, const std::string& source, const std::string& package
     writer.raiseFailure();
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,10 +1,10 @@
-#include "cli/ExcludeGlob.h"
+#include "engine/packing/ExcludeGlob.h"
 
 #include <fnmatch.h>
 
 #include <span>
 
-namespace vx::cli {
+namespace vx::engine {
 namespace {
 
 std::vector<std::string> components(std::string_view path) {
@@ -54,4 +54,4 @@ bool ExcludeGlob::excludes(std::string_view relativePath) const {
     return false;
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,13 +1,13 @@
-#include "cli/SourceFolders.h"
+#include "engine/packing/SourceFolders.h"
 
 #include <fcntl.h>
 
 #include <algorithm>
 #include <cerrno>
 
-#include "cli/CliFailure.h"
+#include "engine/core/EngineFailure.h"
 
-namespace vx::cli {
+namespace vx::engine {
 
 SourceFolders::SourceFolders(int top, const std::vector<PlannedItem>& items)
     : top_(top), items_(items) {}
@@ -37,4 +37,4 @@ int SourceFolders::handle(std::size_t folder) {
     return open_.empty() ? top_ : open_.back().second->fd();
 }
 
-}  // namespace vx::cli
+}  // namespace vx::engine

@@ -1,0 +1,51 @@
+#include "engine/core/TemporaryFile.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+
+#include "engine/core/EngineFailure.h"
+
+namespace vx::engine {
+
+TemporaryFile::TemporaryFile(const std::string& target) : target_(target) {
+    const std::filesystem::path place(target);
+    // Appended rather than "." + ...: GCC 12 at -O3 warns falsely
+    // (-Wrestrict) on a literal inserted before a temporary string.
+    path_ =
+        (place.parent_path() / std::string(".").append(place.filename().string()).append(".XXXXXX"))
+            .string();
+    fd_ = ::mkstemp(path_.data());
+    if (fd_ < 0) {
+        failSystem(target, errno);
+    }
+}
+
+TemporaryFile::~TemporaryFile() {
+    if (fd_ >= 0) {
+        ::close(fd_);
+    }
+    if (!committed_) {
+        ::unlink(path_.c_str());
+    }
+}
+
+void TemporaryFile::commit(unsigned mode) {
+    const int closed = ::close(fd_);
+    fd_ = -1;
+    if (closed != 0) {
+        failSystem(target_, errno);
+    }
+    // mkstemp makes the file private; the file gets the mode asked for.
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    if (::chmod(path_.c_str(), mode & ~mask) != 0 || ::rename(path_.c_str(), target_.c_str())) {
+        failSystem(target_, errno);
+    }
+    committed_ = true;
+}
+
+}  // namespace vx::engine

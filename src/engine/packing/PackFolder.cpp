@@ -1,0 +1,43 @@
+#include "engine/packing/PackFolder.h"
+
+#include "container/vxpkFormat.h"
+#include "engine/core/EngineFailure.h"
+#include "engine/core/TemporaryFile.h"
+#include "engine/packing/ExcludeGlob.h"
+#include "engine/packing/PackPlan.h"
+#include "engine/packing/PackWriter.h"
+#include "runtime/core/RuntimeException.h"
+#include "runtime/files/FolderItem.h"
+
+namespace vx::engine {
+namespace {
+
+void checkHeaderString(const std::string& what, const std::string& text) {
+    if (text.size() > vxpkFormat::kMaxStringBytes) {
+        failUnacceptable(what, "longer than 255 bytes");
+    }
+}
+
+}  // namespace
+
+void PackFolder(const PackRequest& request, WorkProgress& progress) {
+    checkHeaderString("--name", request.name);
+    checkHeaderString("--uid", request.uid);
+    const PackPlan plan =
+        planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);
+    const String folderName =
+        New<FolderItem>(String(request.source, nullptr), FolderItem::PathModeNative)->Name();
+    checkHeaderString(request.source, std::string(folderName.bytes()));
+
+    TemporaryFile temporary(request.package);
+    progress.begin(plan.items.size(), plan.contentBytes);
+    WritePackage(temporary.fd(), request.source, request.package, plan,
+                 {.name = String(request.name, nullptr),
+                  .uid = String(request.uid, nullptr),
+                  .folderName = folderName},
+                 progress);
+    // A package gets the mode of any new file.
+    temporary.commit(0666);
+}
+
+}  // namespace vx::engine
