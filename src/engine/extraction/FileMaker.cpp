@@ -1,12 +1,11 @@
 #include "engine/extraction/FileMaker.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <utility>
 
 #include "engine/core/EngineFailure.h"
 #include "engine/extraction/ContentsCopy.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -113,7 +112,7 @@ void FileMaker::run() {
 void FileMaker::makeOne(const Job& job, ContentsCopy& copy) const {
     const int out = extraction_.makeFile(job.place, job.relative);
     const ContentsCopy::Outcome outcome = copy.copy(package_, job.offset, job.length, out);
-    const int closed = ::close(out) == 0 ? 0 : errno;
+    const int closed = systemCalls.close(out) == 0 ? 0 : errno;
     if (outcome.readError != 0) {
         failSystem(packagePath_, outcome.readError);
     }

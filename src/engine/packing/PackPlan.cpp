@@ -1,9 +1,6 @@
 #include "engine/packing/PackPlan.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -14,6 +11,7 @@
 #include "container/vxpkFormat.h"
 #include "engine/core/EngineFailure.h"
 #include "engine/core/OwnedDescriptor.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -53,18 +51,18 @@ bool isLeftOut(const std::string& name) {
 
 std::vector<std::string> Planner::entries(int folder, const std::string& relative) const {
     const bool top = relative.empty();
-    const int listed = ::dup(folder);
-    const std::unique_ptr<DIR, int (*)(DIR*)> dir(listed < 0 ? nullptr : ::fdopendir(listed),
-                                                  ::closedir);
+    const int listed = systemCalls.dup(folder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(
+        listed < 0 ? nullptr : systemCalls.fdopendir(listed), systemCalls.closedir);
     if (!dir) {
         if (listed >= 0) {
-            ::close(listed);
+            systemCalls.close(listed);
         }
         failSystem(top ? source_ : relative, errno);
     }
     std::vector<std::string> names;
     errno = 0;
-    while (const dirent* entry = ::readdir(dir.get())) {
+    while (const dirent* entry = systemCalls.readdir(dir.get())) {
         const std::string name = entry->d_name;
         if (name != "." && name != ".." && !isLeftOut(name)) {
             names.push_back(name);
@@ -113,7 +111,7 @@ void Planner::add(int folder, const std::string& name, const std::string& relati
     }
     struct stat info;
     // Symlinks are followed, as the App's packer follows them.
-    if (::fstatat(folder, name.c_str(), &info, 0) != 0) {
+    if (systemCalls.fstatat(folder, name.c_str(), &info, 0) != 0) {
         if (errno == ELOOP) {
             failUnacceptable(relative, "a symlink that leads into a cycle");
         }
@@ -130,7 +128,7 @@ void Planner::add(int folder, const std::string& name, const std::string& relati
         const std::size_t index = plan.items.size();
         plan.items.push_back(std::move(item));
         const OwnedDescriptor inside(
-            ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            systemCalls.openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
         if (inside.fd() < 0) {
             failSystem(relative, errno);
         }
@@ -155,13 +153,14 @@ void Planner::add(int folder, const std::string& name, const std::string& relati
 PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
                   const std::optional<std::string>& generatedPackageJson) {
     struct stat info;
-    if (::stat(source.c_str(), &info) != 0) {
+    if (systemCalls.stat(source.c_str(), &info) != 0) {
         failSystem(source, errno);
     }
     if (!S_ISDIR(info.st_mode)) {
         failSystem(source, ENOTDIR);
     }
-    const OwnedDescriptor top(::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const OwnedDescriptor top(
+        systemCalls.openat(AT_FDCWD, source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
     if (top.fd() < 0) {
         failSystem(source, errno);
     }

@@ -1,8 +1,6 @@
 #include "engine/packing/PackWriter.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -16,6 +14,8 @@
 #include "engine/core/EngineFailure.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/packing/SourceFolders.h"
+#include "runtime/files/FullCalls.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -177,18 +177,9 @@ void PieceWriter::work(const std::vector<Piece>& pieces) {
 
 void PieceWriter::writeAt(const PlannedItem& item, const char* data, std::size_t count,
                           uint64_t offset) const {
-    while (count > 0) {
-        const ssize_t written =
-            ::pwrite(out_, data, std::min(count, kWriteBytes), static_cast<off_t>(offset));
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written <= 0) {
-            failWrite(item, written < 0 ? errno : EIO);
-        }
-        data += written;
-        count -= static_cast<std::size_t>(written);
-        offset += static_cast<uint64_t>(written);
+    const FullResult written = writeFullyAt(out_, data, count, offset, kWriteBytes);
+    if (written.error != 0) {
+        failWrite(item, written.error);
     }
 }
 
@@ -196,14 +187,15 @@ int PieceWriter::openFile(const PlannedItem& item, SourceFolders& folders) const
     // Non-blocking, so that something swapped in for a file since the walk
     // cannot hold the command up; it is refused by the checks below.
     const int fd =
-        ::openat(folders.handle(item.folder), item.name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+        systemCalls.openat(folders.handle(item.folder), item.name.c_str(),
+                           O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
     if (fd < 0) {
         failSystem(item.relative, errno);
     }
     struct stat info;
-    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
+    if (systemCalls.fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
         static_cast<uint64_t>(info.st_size) != item.size) {
-        ::close(fd);
+        systemCalls.close(fd);
         failUnacceptable(item.relative, "changed while it was packed");
     }
     return fd;
@@ -212,20 +204,12 @@ int PieceWriter::openFile(const PlannedItem& item, SourceFolders& folders) const
 // Reads count bytes at offset of fd to data; a file that gives fewer has
 // changed since the walk.
 void readContents(const PlannedItem& item, int fd, char* data, std::size_t count, uint64_t offset) {
-    while (count > 0) {
-        const ssize_t read = ::pread(fd, data, count, static_cast<off_t>(offset));
-        if (read < 0 && errno == EINTR) {
-            continue;
-        }
-        if (read < 0) {
-            failSystem(item.relative, errno);
-        }
-        if (read == 0) {
-            failUnacceptable(item.relative, "changed while it was packed");
-        }
-        data += read;
-        count -= static_cast<std::size_t>(read);
-        offset += static_cast<uint64_t>(read);
+    const FullResult read = readFullyAt(fd, data, count, offset);
+    if (read.error != 0) {
+        failSystem(item.relative, read.error);
+    }
+    if (read.bytes < count) {
+        failUnacceptable(item.relative, "changed while it was packed");
     }
 }
 
@@ -285,13 +269,14 @@ void WritePackage(int out, const std::string& source, const std::string& package
                   const PackPlan& plan, const vxpkFormat::Header& header, WorkProgress& progress) {
     std::string head;
     vxpkFormat::appendHeader(head, header);
-    const OwnedDescriptor top(::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const OwnedDescriptor top(
+        systemCalls.openat(AT_FDCWD, source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
     if (top.fd() < 0) {
         failSystem(source, errno);
     }
-    const ssize_t written = ::pwrite(out, head.data(), head.size(), 0);
-    if (written != static_cast<ssize_t>(head.size())) {
-        failSystem(package, written < 0 ? errno : ENOSPC);
+    const FullResult written = writeFullyAt(out, head.data(), head.size(), 0);
+    if (written.error != 0) {
+        failSystem(package, written.error);
     }
     uint64_t size = 0;
     const std::vector<Piece> pieces = cutIntoPieces(plan.items, head.size(), size);
@@ -299,7 +284,8 @@ void WritePackage(int out, const std::string& source, const std::string& package
     // one go instead of page by page as the copies arrive, and a disk too
     // small for the package says so before anything is read. Where it cannot
     // be done, the writes allocate as usual.
-    const int reserved = size > 0 ? ::fallocate(out, 0, 0, static_cast<off_t>(size)) : 0;
+    const int reserved =
+        size > 0 ? systemCalls.fallocate(out, 0, 0, static_cast<off_t>(size)) : 0;
     if (reserved != 0 && errno != EOPNOTSUPP && errno != ENOSYS && errno != EINVAL) {
         failSystem(package, errno);
     }
