@@ -124,9 +124,9 @@ private:
     void writeRun(const Piece& piece, SourceFolders& folders, std::string& buffer);
     void writePart(const Piece& piece, SourceFolders& folders, std::string& buffer);
     int openFile(const PlannedItem& item, SourceFolders& folders) const;
-    void writeAt(const PlannedItem& item, const char* data, std::size_t count,
-                 uint64_t offset) const;
-    [[noreturn]] void failWrite(const PlannedItem& item, int error) const;
+    // Writes the bytes of items from first on, or of a part of first.
+    void writeAt(std::size_t first, const char* data, std::size_t count, uint64_t offset) const;
+    [[noreturn]] void failWrite(std::size_t first, uint64_t written, int error) const;
 
     int out_;
     const std::string& package_;
@@ -170,16 +170,24 @@ void PieceWriter::work(const std::vector<Piece>& pieces) {
     }
 }
 
-[[noreturn]] void PieceWriter::failWrite(const PlannedItem& item, int error) const {
-    throw EngineFailure(FailureKind::kSystem,
-                        item.relative + " into " + package_ + ": " + std::strerror(error));
+// Names the item whose bytes were being written when written bytes from
+// first's on had gone out.
+[[noreturn]] void PieceWriter::failWrite(std::size_t first, uint64_t written, int error) const {
+    std::size_t index = first;
+    uint64_t end = vxpkFormat::recordBytes(recordOf(plan_.items[index])) + plan_.items[index].size;
+    while (end <= written && index + 1 < plan_.items.size()) {
+        ++index;
+        end += vxpkFormat::recordBytes(recordOf(plan_.items[index])) + plan_.items[index].size;
+    }
+    throw EngineFailure(FailureKind::kSystem, plan_.items[index].relative + " into " + package_ +
+                                                  ": " + std::strerror(error));
 }
 
-void PieceWriter::writeAt(const PlannedItem& item, const char* data, std::size_t count,
+void PieceWriter::writeAt(std::size_t first, const char* data, std::size_t count,
                           uint64_t offset) const {
     const FullResult written = writeFullyAt(out_, data, count, offset, kWriteBytes);
     if (written.error != 0) {
-        failWrite(item, written.error);
+        failWrite(first, written.bytes, written.error);
     }
 }
 
@@ -231,7 +239,7 @@ void PieceWriter::writeRun(const Piece& piece, SourceFolders& folders, std::stri
     }
     {
         const std::lock_guard turn(outputTurn_);
-        writeAt(plan_.items[piece.first], buffer.data(), buffer.size(), piece.offset);
+        writeAt(piece.first, buffer.data(), buffer.size(), piece.offset);
     }
     const std::lock_guard lock(mutex_);
     progress_.advance(bytes, piece.end - piece.first);
@@ -247,7 +255,7 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
     if (piece.contentsFrom == 0) {
         buffer.clear();
         vxpkFormat::appendRecord(buffer, recordOf(item));
-        writeAt(item, buffer.data(), buffer.size(), out);
+        writeAt(piece.first, buffer.data(), buffer.size(), out);
         out += buffer.size();
     }
     buffer.resize(kWriteBytes);
@@ -255,7 +263,7 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
         const auto count =
             static_cast<std::size_t>(std::min<uint64_t>(kWriteBytes, piece.contentsBytes - done));
         readContents(item, file.fd(), buffer.data(), count, piece.contentsFrom + done);
-        writeAt(item, buffer.data(), count, out + done);
+        writeAt(piece.first, buffer.data(), count, out + done);
         done += count;
     }
     turn.unlock();
