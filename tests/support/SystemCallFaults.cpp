@@ -60,7 +60,8 @@ bool failsOutright(FailingCall call, const char* path, const char* otherPath = n
     const auto holds = [](const char* name) {
         return name != nullptr && std::string_view(name).find(active.callPath) != std::string::npos;
     };
-    if (call != active.call || !(holds(path) || holds(otherPath) || call == FailingCall::fallocate)) {
+    if (call != active.call ||
+        !(holds(path) || holds(otherPath) || call == FailingCall::fallocate)) {
         return false;
     }
     ++injectedCount;

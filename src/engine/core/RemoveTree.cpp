@@ -19,8 +19,8 @@ void removeEntry(int parent, const char* name) {
     }
     const int fd =
         systemCalls.openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC, 0);
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(
-        fd < 0 ? nullptr : systemCalls.fdopendir(fd), systemCalls.closedir);
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(fd < 0 ? nullptr : systemCalls.fdopendir(fd),
+                                                     systemCalls.closedir);
     if (!folder && fd >= 0) {
         systemCalls.close(fd);
     }

@@ -52,9 +52,8 @@ void FileMaker::make(ItemPlace place, std::string relative, uint64_t offset, uin
     std::unique_lock lock(mutex_);
     if (jobs_.size() >= kMostQueued || failure_) {
         ownerWaiting_ = true;
-        ownerMayGoOn_.wait(lock, [this] {
-            return failure_ ? busy_ == 0 : jobs_.size() <= kRefillBelow;
-        });
+        ownerMayGoOn_.wait(lock,
+                           [this] { return failure_ ? busy_ == 0 : jobs_.size() <= kRefillBelow; });
         ownerWaiting_ = false;
     }
     raiseFailure();

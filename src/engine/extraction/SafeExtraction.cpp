@@ -94,7 +94,8 @@ std::shared_ptr<const FolderHandle> SafeExtraction::folderHandle(std::string_vie
         }
         if (depth == chain_.size()) {
             const int parent = depth == 0 ? root_->fd() : chain_.back().second->fd();
-            const int handle = systemCalls.openat(parent, std::string(name).c_str(), kFolderFlags, 0);
+            const int handle =
+                systemCalls.openat(parent, std::string(name).c_str(), kFolderFlags, 0);
             if (handle < 0) {
                 failSystem(destination_ + "/" + std::string(folder), errno);
             }
@@ -124,7 +125,7 @@ void SafeExtraction::makeFolder(const std::string& relative) {
 
 int SafeExtraction::makeFile(const ItemPlace& place, const std::string& relative) const {
     const int fd = systemCalls.openat(place.folder->fd(), place.name.c_str(),
-                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+                                      O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
     if (fd < 0) {
         failSystem(destination_ + "/" + relative, errno);
     }

@@ -194,9 +194,8 @@ void PieceWriter::writeAt(std::size_t first, const char* data, std::size_t count
 int PieceWriter::openFile(const PlannedItem& item, SourceFolders& folders) const {
     // Non-blocking, so that something swapped in for a file since the walk
     // cannot hold the command up; it is refused by the checks below.
-    const int fd =
-        systemCalls.openat(folders.handle(item.folder), item.name.c_str(),
-                           O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
+    const int fd = systemCalls.openat(folders.handle(item.folder), item.name.c_str(),
+                                      O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
     if (fd < 0) {
         failSystem(item.relative, errno);
     }
@@ -292,8 +291,7 @@ void WritePackage(int out, const std::string& source, const std::string& package
     // one go instead of page by page as the copies arrive, and a disk too
     // small for the package says so before anything is read. Where it cannot
     // be done, the writes allocate as usual.
-    const int reserved =
-        size > 0 ? systemCalls.fallocate(out, 0, 0, static_cast<off_t>(size)) : 0;
+    const int reserved = size > 0 ? systemCalls.fallocate(out, 0, 0, static_cast<off_t>(size)) : 0;
     if (reserved != 0 && errno != EOPNOTSUPP && errno != ENOSYS && errno != EINVAL) {
         failSystem(package, errno);
     }

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/EngineSite.h"
 #include "container/PackageFixture.h"
+#include "engine/EngineSite.h"
 #include "engine/extraction/ExtractPackage.h"
 
 // Extracting under failing system calls: each failure ends it with the file
@@ -32,9 +32,7 @@ TEST_F(ExtractPackageFaults, failingCallAtEachStep_endsWithItsReasonAndLeavesNot
     const std::string ioError = "{package}: Input/output error";
     const std::vector<FaultCase> cases = {
         {"reading the header", {.readFailsAt = 0}, {.message = ioError}},
-        {"reading a record",
-         {.readFailsAt = at["z.txt"].recordOffset + 1},
-         {.message = ioError}},
+        {"reading a record", {.readFailsAt = at["z.txt"].recordOffset + 1}, {.message = ioError}},
         {"reading contents copied in the kernel",
          {.readFailsAt = at["css/b.css"].contentsOffset + 100},
          {.message = ioError}},
