@@ -170,8 +170,8 @@ void PieceWriter::work(const std::vector<Piece>& pieces) {
     }
 }
 
-// Names the item whose bytes were being written when written bytes from
-// first's on had gone out.
+// A write of the items from first on failed after written bytes: the
+// failure names the item that it failed in.
 [[noreturn]] void PieceWriter::failWrite(std::size_t first, uint64_t written, int error) const {
     std::size_t index = first;
     uint64_t end = vxpkFormat::recordBytes(recordOf(plan_.items[index])) + plan_.items[index].size;
