@@ -124,11 +124,11 @@ Ref<JSONItem> pathChangeJson(const PathChange& change) {
 }
 
 void printJson(const engine::PackageDifferences& differences) {
-    auto header = New<JSONItem>();
+    auto header = NewJsonArray();
     for (const auto& change : differences.header) {
         header->Append(Variant(headerChangeJson(change)));
     }
-    auto paths = New<JSONItem>();
+    auto paths = NewJsonArray();
     for (const auto& change : differences.paths) {
         paths->Append(Variant(pathChangeJson(change)));
     }
