@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # The helpers of the comparison scripts, sourced by them: each compares one of
 # our tools with another program on the generated trees, alternating which
 # runs first, and prints the medians of wall and CPU time, the ratios
@@ -7,6 +8,7 @@
 # STEP_setup, and what must happen before each run, untimed, in STEP_reset.
 # their_name is how the other program is called in the results; a step whose
 # programs exit otherwise than with 0 says so in expected_status.
+# shellcheck disable=SC2154  # those are the sourcing script's to set
 
 make_tree() {
     local kind=$1

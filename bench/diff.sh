@@ -17,6 +17,7 @@ scratch=${VX_BENCH_DIR:-${TMPDIR:-/tmp}/vx-bench}
 rounds=${VX_BENCH_ROUNDS:-5}
 work="$scratch/diff"
 mkdir -p "$scratch"
+# shellcheck source=bench/compare.sh
 . "$(dirname "$0")/compare.sh"
 
 # Every 100th file in the order of their paths changes, in place: the even
@@ -59,7 +60,7 @@ make_packages() {
 diff_setup() {
     ours_cmd=("$vxpk" diff "$work/old.vxpk" "$work/new.vxpk")
     their_cmd=(diff -rq "$work/old" "$work/new")
-    their_name=diff
+    their_name="diff"
 }
 diff_reset() { :; }
 

@@ -24,6 +24,7 @@ if [ -n "$vxpk" ] && command -v npm >/dev/null; then
 fi
 steps=${VX_BENCH_STEPS:-$default_steps}
 mkdir -p "$scratch"
+# shellcheck source=bench/compare.sh
 . "$(dirname "$0")/compare.sh"
 
 pack_setup() {
