@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <string_view>
 
 namespace vx::test {
 namespace {
@@ -55,7 +56,8 @@ uint64_t offsetOr(const off_t* offset, int fd) {
     return static_cast<uint64_t>(offset != nullptr ? *offset : ::lseek(fd, 0, SEEK_CUR));
 }
 
-// Whether the call of kind named path fails outright, with errno set.
+// Whether a call of kind call on path, or otherPath, fails outright; if so,
+// errno says why.
 bool failsOutright(FailingCall call, const char* path, const char* otherPath = nullptr) {
     const auto holds = [](const char* name) {
         return name != nullptr && std::string_view(name).find(active.callPath) != std::string::npos;
