@@ -1,5 +1,7 @@
 #include "engine/packing/PackFolder.h"
 
+#include <utility>
+
 #include "container/vxpkFormat.h"
 #include "engine/core/EngineFailure.h"
 #include "engine/core/TemporaryFile.h"
@@ -20,11 +22,10 @@ void checkHeaderString(const std::string& what, const std::string& text) {
 
 }  // namespace
 
-void PackFolder(const PackRequest& request, WorkProgress& progress) {
+std::vector<std::string> PackFolder(const PackRequest& request, WorkProgress& progress) {
     checkHeaderString("--name", request.name);
     checkHeaderString("--uid", request.uid);
-    const PackPlan plan =
-        planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);
+    PackPlan plan = planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);
     const String folderName =
         New<FolderItem>(String(request.source, nullptr), FolderItem::PathModeNative)->Name();
     checkHeaderString(request.source, std::string(folderName.bytes()));
@@ -38,6 +39,7 @@ void PackFolder(const PackRequest& request, WorkProgress& progress) {
                  progress);
     // A package gets the mode of any new file.
     temporary.commit(0666);
+    return std::move(plan.leftOut);
 }
 
 }  // namespace vx::engine
