@@ -4,6 +4,7 @@
 
 #include "container/vxpkFormat.h"
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/TemporaryFile.h"
 #include "engine/packing/ExcludeGlob.h"
 #include "engine/packing/PackPlan.h"
@@ -23,6 +24,10 @@ void checkHeaderString(const std::string& what, const std::string& text) {
 }  // namespace
 
 std::vector<std::string> PackFolder(const PackRequest& request, WorkProgress& progress) {
+    // From the walk on, so that a signal stops a long walk too, to the
+    // rename: a signal removes the temporary package instead of ending the
+    // process with it in place.
+    const InterruptibleWork interruptible;
     checkHeaderString("--name", request.name);
     checkHeaderString("--uid", request.uid);
     PackPlan plan = planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);

@@ -13,6 +13,7 @@
 
 #include "container/vxpkFormat.h"
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "runtime/files/SystemCalls.h"
 
@@ -108,6 +109,7 @@ std::vector<std::string> Planner::entries(int folder, const std::string& relativ
 void Planner::walk(int folder, const std::string& relative, const std::string& parent,
                    std::size_t folderItem, Ancestors& ancestors) {
     for (const auto& name : entries(folder, relative)) {
+        StopIfInterrupted();
         const std::string path = relative.empty() ? name : relative + "/" + name;
         // Patterns for any kind of entry decide before the entry is looked
         // at, so that what they leave out may be anything, even unreadable.
