@@ -66,6 +66,10 @@ ExcludeGlob::ExcludeGlob(const std::vector<std::string>& patterns) {
 }
 
 bool ExcludeGlob::excludes(std::string_view relativePath, bool isFolder) const {
+    // Most packs exclude nothing; their walks split no paths.
+    if (patterns_.empty()) {
+        return false;
+    }
     const std::vector<std::string> path = components(relativePath);
     for (const auto& pattern : patterns_) {
         if ((isFolder || !pattern.folderOnly) && matches(pattern.components, path)) {
