@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "engine/core/Interruption.h"
 #include "runtime/files/FullCalls.h"
 #include "runtime/files/SystemCalls.h"
 
@@ -102,6 +103,12 @@ ContentsCopy::Outcome ContentsCopy::copy(int package, uint64_t offset, uint64_t 
         return outcome;
     }
     while (length > 0) {
+        // Between blocks, so that a large file does not hold a signal up;
+        // the caller stops the work once the file is closed.
+        if (InterruptingSignal() != 0) {
+            outcome.interrupted = true;
+            return outcome;
+        }
         const auto wanted = static_cast<std::size_t>(std::min<uint64_t>(length, kBufferBytes));
         const FullResult read = readFullyAt(package, buffer_.get(), wanted, offset);
         if (read.error != 0) {
