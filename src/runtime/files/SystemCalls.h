@@ -8,8 +8,8 @@
 
 namespace vx {
 
-// Every system call that FolderItem and BinaryStream make goes through this
-// one table, so that a test can put a failure in place of a call: an
+// Every system call that FolderItem, BinaryStream and vxpk's engine make goes
+// through this one table, so that a test can put a failure in place of a call: an
 // interrupted call, a short write, a full disk, a kernel that cannot copy
 // between two files, a disk that fails half way through a file. It holds the
 // real calls unless a test replaced them; the cost is one indirect call next
@@ -23,15 +23,25 @@ struct SystemCalls {
     int (*faccessat)(int folder, const char* name, int mode, int flags);
     int (*openat)(int folder, const char* name, int flags, mode_t mode);
     int (*close)(int fd);
+    int (*dup)(int fd);
+    int (*isatty)(int fd);
     int (*fcntl)(int fd, int command, int argument);
     DIR* (*fdopendir)(int fd);
     dirent* (*readdir)(DIR* folder);
     int (*closedir)(DIR* folder);
     int (*mkdirat)(int folder, const char* name, mode_t mode);
     int (*unlinkat)(int folder, const char* name, int flags);
+    int (*renameat)(int fromFolder, const char* from, int toFolder, const char* to);
+    int (*fchmod)(int fd, mode_t mode);
+    int (*fchmodat)(int folder, const char* name, mode_t mode, int flags);
+    mode_t (*umask)(mode_t mask);
+    int (*mkstemp)(char* pattern);
+    char* (*mkdtemp)(char* pattern);
     ssize_t (*pread)(int fd, void* data, std::size_t count, off_t offset);
     ssize_t (*pwrite)(int fd, const void* data, std::size_t count, off_t offset);
+    ssize_t (*write)(int fd, const void* data, std::size_t count);
     int (*ftruncate)(int fd, off_t length);
+    int (*fallocate)(int fd, int mode, off_t offset, off_t length);
     ssize_t (*copy_file_range)(int in, off_t* inOffset, int out, off_t* outOffset,
                                std::size_t count, unsigned int flags);
 };
