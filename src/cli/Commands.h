@@ -11,5 +11,7 @@ void addInfoCommand(CLI::App& app);
 void addVerifyCommand(CLI::App& app);
 void addExtractCommand(CLI::App& app);
 void addCatCommand(CLI::App& app);
+void addKeygenCommand(CLI::App& app);
+void addSignCommand(CLI::App& app);
 
 }  // namespace vx::cli

@@ -9,7 +9,8 @@ namespace {
 
 constexpr const char* kExitCodes =
     "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
-    "not representable); 2 usage error; 3 a system error (a file that cannot be read or "
+    "not representable), or a key, password or signature is (damaged, wrong, not matching); "
+    "2 usage error; 3 a system error (a file that cannot be read or "
     "written).";
 
 int report(vx::cli::ExitCode code, const char* message) {
@@ -22,7 +23,7 @@ int report(vx::cli::ExitCode code, const char* message) {
 int main(int argc, char** argv) {
     CLI::App app(
         "vxpk packs folder trees into .vxpk packages and lists, checks and safely "
-        "extracts them.",
+        "extracts them, and signs them and checks their signatures in minisign's format.",
         "vxpk");
     app.footer(kExitCodes);
     app.set_version_flag("--version", std::string("vxpk ") + VX_VERSION);
@@ -33,6 +34,8 @@ int main(int argc, char** argv) {
     vx::cli::addVerifyCommand(app);
     vx::cli::addExtractCommand(app);
     vx::cli::addCatCommand(app);
+    vx::cli::addKeygenCommand(app);
+    vx::cli::addSignCommand(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -33,7 +33,7 @@ TemporaryFile::~TemporaryFile() {
     }
 }
 
-void TemporaryFile::commit(unsigned mode) {
+void TemporaryFile::close(unsigned mode) {
     const int closed = ::close(fd_);
     fd_ = -1;
     if (closed != 0) {
@@ -42,10 +42,25 @@ void TemporaryFile::commit(unsigned mode) {
     // mkstemp makes the file private; the file gets the mode asked for.
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    if (::chmod(path_.c_str(), mode & ~mask) != 0 || ::rename(path_.c_str(), target_.c_str())) {
+    if (::chmod(path_.c_str(), mode & ~mask) != 0) {
+        failSystem(target_, errno);
+    }
+}
+
+void TemporaryFile::commit(unsigned mode) {
+    close(mode);
+    if (::rename(path_.c_str(), target_.c_str()) != 0) {
         failSystem(target_, errno);
     }
     committed_ = true;
+}
+
+void TemporaryFile::commitNew(unsigned mode) {
+    close(mode);
+    if (::link(path_.c_str(), target_.c_str()) != 0) {
+        failSystem(target_, errno);
+    }
+    // The temporary name goes in the destructor.
 }
 
 }  // namespace vx::engine

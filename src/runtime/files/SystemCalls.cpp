@@ -34,6 +34,11 @@ constexpr SystemCalls kRealSystemCalls = {
            unsigned int flags) {
             return ::copy_file_range(in, inOffset, out, outOffset, count, flags);
         },
+    .read = [](int fd, void* data, std::size_t count) { return ::read(fd, data, count); },
+    .write = [](int fd, const void* data, std::size_t count) { return ::write(fd, data, count); },
+    .tcgetattr = [](int fd, termios* settings) { return ::tcgetattr(fd, settings); },
+    .tcsetattr = [](int fd, int when,
+                    const termios* settings) { return ::tcsetattr(fd, when, settings); },
 };
 
 constinit SystemCalls systemCalls = kRealSystemCalls;

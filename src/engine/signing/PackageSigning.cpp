@@ -1,0 +1,64 @@
+#include "engine/signing/PackageSigning.h"
+
+#include <chrono>
+#include <filesystem>
+
+#include "engine/core/EngineFailure.h"
+#include "engine/signing/FileHash.h"
+#include "engine/signing/SmallFiles.h"
+#include "engine/signing/Sodium.h"
+
+namespace vx::engine {
+namespace {
+
+// A tab or a line break in a name would break the comment's form.
+std::string OneLine(std::string_view text) {
+    std::string line(text);
+    for (char& c : line) {
+        c = c == '\t' || c == '\n' || c == '\r' ? ' ' : c;
+    }
+    return line;
+}
+
+std::string TrustedComment(const SignRequest& request, const PackageSummary& summary) {
+    if (!request.trustedComment.empty()) {
+        return request.trustedComment;
+    }
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return DefaultTrustedComment(request.package, summary,
+                                 std::chrono::duration_cast<std::chrono::seconds>(now).count());
+}
+
+}  // namespace
+
+std::string DefaultSignaturePath(const std::string& package) {
+    return package + ".minisig";
+}
+
+std::string DefaultTrustedComment(const std::string& package, const PackageSummary& summary,
+                                  int64_t unixTime) {
+    return "timestamp:" + std::to_string(unixTime) +
+           "\tfile:" + OneLine(std::filesystem::path(package).filename().string()) +
+           "\tname:" + OneLine(summary.header.name.bytes()) +
+           "\tuid:" + OneLine(summary.header.uid.bytes()) + "\thashed";
+}
+
+SignOutcome SignPackage(const SignRequest& request) {
+    StartSodium();
+    const PackageSummary summary = WalkPackage(request.package, [](const PackageEntry&) {});
+    const std::string comment = TrustedComment(request, summary);
+    if (const std::string problem = TrustedCommentProblem(comment); !problem.empty()) {
+        failUnacceptable("trusted comment", problem);
+    }
+    const SecretBytes keyText = ReadSmallFile(request.secretKeyPath, kSigningFileMax);
+    const MinisignSecretKey key =
+        MinisignSecretKey::FromFileText(keyText.text(), request.secretKeyPath, request.password);
+    SignOutcome outcome{
+        .signaturePath = request.signaturePath.empty() ? DefaultSignaturePath(request.package)
+                                                       : request.signaturePath,
+        .signature = MinisignSignature::Sign(key, Blake2b512OfFile(request.package), comment)};
+    WriteSmallFile(outcome.signaturePath, outcome.signature.FileText(), 0644, true);
+    return outcome;
+}
+
+}  // namespace vx::engine
