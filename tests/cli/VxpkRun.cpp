@@ -22,23 +22,33 @@ std::string slurp(const std::string& path) {
     return bytes.str();
 }
 
-// err is the descriptor for standard error, or -1 for the file errPath.
-[[noreturn]] void execVxpk(const std::vector<std::string>& arguments, const std::string& folder,
-                           const std::string& outPath, const std::string& errPath, int err) {
-    const int out = ::open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+// Where a run's files lie: beside the working folder, so that they never
+// show up in the trees the tests compare.
+struct RunFiles {
+    std::string in;
+    std::string out;
+    std::string err;
+};
+
+// err is the descriptor for standard error, or -1 for the file files.err;
+// standard input is files.in, or stays as it is when that is empty.
+[[noreturn]] void execProgram(const std::string& program, const std::vector<std::string>& arguments,
+                              const std::string& folder, const RunFiles& files, int err) {
+    const int out = ::open(files.out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     if (err < 0) {
-        err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        err = ::open(files.err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     }
-    if (out < 0 || err < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0 ||
-        ::chdir(folder.c_str()) != 0) {
+    const int in = files.in.empty() ? 0 : ::open(files.in.c_str(), O_RDONLY);
+    if (out < 0 || err < 0 || in < 0 || ::dup2(in, 0) < 0 || ::dup2(out, 1) < 0 ||
+        ::dup2(err, 2) < 0 || ::chdir(folder.c_str()) != 0) {
         ::_exit(127);
     }
-    std::vector<char*> argv{const_cast<char*>(VXPK_PATH)};
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
     for (const auto& argument : arguments) {
         argv.push_back(const_cast<char*>(argument.c_str()));
     }
     argv.push_back(nullptr);
-    ::execv(VXPK_PATH, argv.data());
+    ::execvp(program.c_str(), argv.data());
     ::_exit(127);
 }
 
@@ -58,13 +68,15 @@ std::string readTerminal(int terminal) {
     }
 }
 
-}  // namespace
-
-VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
-                   ErrorTo errorTo) {
-    // Beside the working folder, so that the run's own output files never
-    // show up in the trees the tests compare.
+// input null leaves standard input as it is.
+VxpkResult Run(const std::string& program, const std::vector<std::string>& arguments,
+               const std::string& workingFolder, const std::string* input, ErrorTo errorTo) {
     const std::string base = workingFolder + ".run";
+    const RunFiles files{
+        .in = input != nullptr ? base + ".in" : "", .out = base + ".out", .err = base + ".err"};
+    if (input != nullptr) {
+        std::ofstream(files.in, std::ios::binary) << *input;
+    }
     int controller = -1;
     int terminal = -1;
     if (errorTo == ErrorTo::Terminal) {
@@ -77,7 +89,7 @@ VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string&
     }
     const pid_t child = ::fork();
     if (child == 0) {
-        execVxpk(arguments, workingFolder, base + ".out", base + ".err", terminal);
+        execProgram(program, arguments, workingFolder, files, terminal);
     }
     VxpkResult result;
     if (terminal >= 0) {
@@ -89,11 +101,26 @@ VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string&
     int status = 0;
     ::waitpid(child, &status, 0);
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.out = slurp(base + ".out");
+    result.out = slurp(files.out);
     if (errorTo == ErrorTo::File) {
-        result.err = slurp(base + ".err");
+        result.err = slurp(files.err);
+    }
+    if (input != nullptr) {
+        ::unlink(files.in.c_str());
     }
     return result;
+}
+
+}  // namespace
+
+VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
+                   ErrorTo errorTo) {
+    return Run(VXPK_PATH, arguments, workingFolder, nullptr, errorTo);
+}
+
+VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::string& workingFolder, const std::string& input, ErrorTo errorTo) {
+    return Run(program, arguments, workingFolder, &input, errorTo);
 }
 
 }  // namespace vx::test

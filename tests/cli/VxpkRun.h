@@ -21,4 +21,11 @@ enum class ErrorTo { File, Terminal };
 VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
                    ErrorTo errorTo = ErrorTo::File);
 
+// Runs program (a path, or a name found on PATH) the same way, with
+// standard input read from a file that holds input, so that it is no
+// terminal, as in a script that pipes a password in.
+VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::string& workingFolder, const std::string& input,
+                      ErrorTo errorTo = ErrorTo::File);
+
 }  // namespace vx::test
