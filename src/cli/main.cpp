@@ -4,6 +4,7 @@
 
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
+#include "engine/core/Interruption.h"
 
 namespace {
 
@@ -21,6 +22,9 @@ int report(vx::cli::ExitCode code, const char* message) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // Before any thread starts, so that every thread leaves the signals to
+    // the one that watches for them.
+    vx::engine::WatchForInterruption();
     CLI::App app(
         "vxpk packs folder trees into .vxpk packages and lists, checks and safely "
         "extracts them, and signs them and checks their signatures in minisign's format.",
@@ -43,10 +47,17 @@ int main(int argc, char** argv) {
             return app.exit(error);
         }
         return report(vx::cli::kUsage, (std::string(error.what()) + " (see vxpk --help)").c_str());
+    } catch (const vx::engine::Interrupted& interrupted) {
+        return 128 + interrupted.signal;
     } catch (const vx::engine::EngineFailure& failure) {
         return report(vx::cli::exitCodeOf(failure.kind), failure.what());
     } catch (const std::exception& failure) {
         return report(vx::cli::kSystem, failure.what());
+    }
+    // A signal that came while the last step finished: the work is whole,
+    // but the caller asked it to stop and hears that it did.
+    if (const int signalNumber = vx::engine::InterruptingSignal()) {
+        return 128 + signalNumber;
     }
     return vx::cli::kSuccess;
 }
