@@ -7,6 +7,7 @@
 #include <span>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/reading/PackageInput.h"
 #include "engine/signing/Sodium.h"
@@ -26,6 +27,7 @@ void ReadBlocks(const std::string& path, Consume&& consume) {
     std::vector<unsigned char> block(kBlockBytes);
     uint64_t offset = 0;
     while (true) {
+        StopIfInterrupted();
         const ssize_t got =
             systemCalls.pread(file.fd(), block.data(), block.size(), static_cast<off_t>(offset));
         if (got < 0 && errno == EINTR) {

@@ -3,8 +3,10 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <optional>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/signing/SmallFiles.h"
 #include "engine/signing/Sodium.h"
 #include "runtime/files/SystemCalls.h"
@@ -24,15 +26,15 @@ void RefuseExisting(const std::string& path) {
     }
 }
 
-SecretBytes SecretKeyText(const MinisignSecretKey& key, const KeyPairRequest& request) {
+std::optional<SecretBytes> Password(const KeyPairRequest& request) {
     if (!request.password) {
-        return key.FileText(nullptr, request.limits);
+        return std::nullopt;
     }
-    const SecretBytes password = request.password();
+    SecretBytes password = request.password();
     if (password.size() == 0) {
         failUnacceptable("password", "empty; --without-password makes a key without one");
     }
-    return key.FileText(&password, request.limits);
+    return password;
 }
 
 }  // namespace
@@ -44,7 +46,11 @@ MinisignPublicKey GenerateKeyPair(const KeyPairRequest& request) {
         RefuseExisting(request.publicKeyPath);
     }
     const MinisignSecretKey key = MinisignSecretKey::Generate();
-    const SecretBytes secretText = SecretKeyText(key, request);
+    const std::optional<SecretBytes> password = Password(request);
+    // While the password is typed nothing is written, and a signal may end
+    // the process at once; from here on it lets the key files be removed.
+    const InterruptibleWork work;
+    const SecretBytes secretText = key.FileText(password ? &*password : nullptr, request.limits);
     const MinisignPublicKey publicKey = key.PublicKey();
     WriteSmallFile(request.secretKeyPath, secretText.text(), 0600, request.replace);
     try {

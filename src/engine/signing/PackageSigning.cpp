@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/signing/FileHash.h"
 #include "engine/signing/SmallFiles.h"
 #include "engine/signing/Sodium.h"
@@ -53,6 +54,10 @@ SignOutcome SignPackage(const SignRequest& request) {
     const SecretBytes keyText = ReadSmallFile(request.secretKeyPath, kSigningFileMax);
     const MinisignSecretKey key =
         MinisignSecretKey::FromFileText(keyText.text(), request.secretKeyPath, request.password);
+    // Until here nothing is written, and a signal may end the process at
+    // once; from here on it stops the hashing so the signature file is never
+    // left half-written.
+    const InterruptibleWork work;
     SignOutcome outcome{
         .signaturePath = request.signaturePath.empty() ? DefaultSignaturePath(request.package)
                                                        : request.signaturePath,

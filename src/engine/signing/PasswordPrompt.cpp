@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
@@ -26,24 +27,30 @@ void Prompt(std::string_view text) {
     }
 }
 
-// Turns the terminal's echo off for its life; the line end that the user
-// typed unseen is shown when it goes, so the next output starts a new line.
+void RestoreEcho(const termios& saved) {
+    systemCalls.tcsetattr(STDIN_FILENO, TCSAFLUSH, &saved);
+    // The line end that the user typed unseen, so the next output starts a
+    // new line.
+    systemCalls.write(STDERR_FILENO, "\n", 1);
+}
+
+// Turns the terminal's echo off for its life. A signal while the password is
+// typed ends the process, and the watcher gives the echo back first.
 class EchoOff {
 public:
-    explicit EchoOff(const termios& saved) : saved_(saved) {
+    explicit EchoOff(const termios& saved)
+        : saved_(saved), onSignal_([this] { RestoreEcho(saved_); }) {
         termios quiet = saved;
         quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         systemCalls.tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
     }
-    ~EchoOff() {
-        systemCalls.tcsetattr(STDIN_FILENO, TCSAFLUSH, &saved_);
-        systemCalls.write(STDERR_FILENO, "\n", 1);
-    }
+    ~EchoOff() { RestoreEcho(saved_); }
     EchoOff(const EchoOff&) = delete;
     EchoOff& operator=(const EchoOff&) = delete;
 
 private:
-    termios saved_;
+    const termios saved_;
+    const InterruptionAction onSignal_;
 };
 
 // One byte at a time, so that nothing after the line is taken from a pipe.

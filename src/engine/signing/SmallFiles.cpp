@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/core/TemporaryFile.h"
 #include "runtime/files/SystemCalls.h"
@@ -63,6 +64,8 @@ void WriteSmallFile(const std::string& path, std::string_view bytes, unsigned mo
         }
         done += static_cast<std::size_t>(written);
     }
+    // The last moment at which a stop leaves nothing behind.
+    StopIfInterrupted();
     if (replace) {
         file.commit(mode);
     } else {
