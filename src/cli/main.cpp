@@ -12,7 +12,7 @@ constexpr const char* kExitCodes =
     "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
     "not representable), or a key, password or signature is (damaged, wrong, not matching); "
     "2 usage error; 3 a system error (a file that cannot be read or "
-    "written).";
+    "written); 128+N stopped by signal N.";
 
 int report(vx::cli::ExitCode code, const char* message) {
     std::fprintf(stderr, "vxpk: error: %s\n", message);
