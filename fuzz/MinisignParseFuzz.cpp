@@ -52,8 +52,8 @@ void SignatureRoundTrip(std::string_view text) {
 
 void SecretKeyRoundTrip(std::string_view text) {
     try {
-        const MinisignSecretKey key =
-            MinisignSecretKey::FromFileText(text, "key", []() -> SecretBytes { throw Encrypted{}; });
+        const MinisignSecretKey key = MinisignSecretKey::FromFileText(
+            text, "key", []() -> SecretBytes { throw Encrypted{}; });
         const SecretBytes written = key.FileText(nullptr, kMinisignScrypt);
         const MinisignSecretKey again =
             MinisignSecretKey::FromFileText(written.text(), "again", nullptr);

@@ -53,6 +53,17 @@ protected:
         }
         return files;
     }
+    // Runs vxpk with command then options, and expects a refusal: the exit
+    // code, the one line of error, and every file as it was.
+    void expectRefused(std::vector<std::string> command, const std::vector<std::string>& options,
+                       const std::string& input, int exitCode, const std::string& error) {
+        const auto before = filesOnDisk();
+        command.insert(command.end(), options.begin(), options.end());
+        const auto refused = vxpk(command, input);
+        EXPECT_EQ(refused.exitCode, exitCode) << error;
+        EXPECT_EQ(refused.err, error);
+        EXPECT_EQ(filesOnDisk(), before) << error;
+    }
     std::string read(const std::string& name) const { return scratch.readFile("w/" + name); }
     void write(const std::string& name, const std::string& bytes) const {
         scratch.writeFile("w/" + name, bytes);
@@ -217,13 +228,8 @@ TEST_F(vxpkSigningTest, changedPackageSignatureOrKey_isRefusedByVerify) {
         write("app.vxpk.minisig", signature);
         write("k.pub", publicKey);
         change();
-        const auto before = filesOnDisk();
-        std::vector<std::string> command{"verify", "app.vxpk"};
-        command.insert(command.end(), options.begin(), options.end());
-        const auto verified = vxpk(command);
-        EXPECT_EQ(verified.exitCode, 1) << what;
-        EXPECT_EQ(verified.err, error) << what;
-        EXPECT_EQ(filesOnDisk(), before) << what;
+        SCOPED_TRACE(what);
+        expectRefused({"verify", "app.vxpk"}, options, "", 1, error);
     }
 }
 
@@ -297,13 +303,8 @@ TEST_F(vxpkSigningTest, badKeyPasswordOrPackage_isRefusedBySign_andWritesNothing
         write("app.vxpk", kPackage);
         write("k.key", secretKey);
         change();
-        const auto before = filesOnDisk();
-        std::vector<std::string> command{"sign", "app.vxpk"};
-        command.insert(command.end(), options.begin(), options.end());
-        const auto signedPackage = vxpk(command, input);
-        EXPECT_EQ(signedPackage.exitCode, 1) << what;
-        EXPECT_EQ(signedPackage.err, error) << what;
-        EXPECT_EQ(filesOnDisk(), before) << what;
+        SCOPED_TRACE(what);
+        expectRefused({"sign", "app.vxpk"}, options, input, 1, error);
     }
 }
 
@@ -317,11 +318,8 @@ TEST_F(vxpkSigningTest, keygen_writesAPrivateSecretKey_andNeverReplacesWithoutFo
     for (const auto& [secret, error] : std::vector<std::pair<std::string, std::string>>{
              {"k.key", "vxpk: error: k.key: the key file exists; --force replaces it\n"},
              {"new.key", "vxpk: error: k.pub: the key file exists; --force replaces it\n"}}) {
-        const auto again =
-            vxpk({"keygen", "--public-key", "k.pub", "--secret-key", secret, "--without-password"});
-        EXPECT_EQ(again.exitCode, 1);
-        EXPECT_EQ(again.err, error);
-        EXPECT_EQ(filesOnDisk(), before);
+        expectRefused({"keygen", "--public-key", "k.pub", "--secret-key", secret},
+                      {"--without-password"}, "", 1, error);
     }
     const auto forced = vxpk({"keygen", "--public-key", "k.pub", "--secret-key", "k.key",
                               "--without-password", "--force"});
@@ -349,13 +347,7 @@ TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
          "vxpk: error: password: empty; --without-password makes a key without one\n"},
     };
     for (const auto& [options, input, exitCode, error] : cases) {
-        const auto before = filesOnDisk();
-        std::vector<std::string> command{"keygen", "--secret-key", "k.key"};
-        command.insert(command.end(), options.begin(), options.end());
-        const auto made = vxpk(command, input);
-        EXPECT_EQ(made.exitCode, exitCode) << error;
-        EXPECT_EQ(made.err, error);
-        EXPECT_EQ(filesOnDisk(), before) << error;
+        expectRefused({"keygen", "--secret-key", "k.key"}, options, input, exitCode, error);
     }
 }
 

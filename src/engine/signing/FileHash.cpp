@@ -2,7 +2,6 @@
 
 #include <sodium.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <span>
 
@@ -10,8 +9,8 @@
 #include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/reading/PackageInput.h"
+#include "engine/signing/ReadAt.h"
 #include "engine/signing/Sodium.h"
-#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -28,19 +27,12 @@ void ReadBlocks(const std::string& path, Consume&& consume) {
     uint64_t offset = 0;
     while (true) {
         StopIfInterrupted();
-        const ssize_t got =
-            systemCalls.pread(file.fd(), block.data(), block.size(), static_cast<off_t>(offset));
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got < 0) {
-            failSystem(path, errno);
-        }
+        const std::size_t got = ReadAt(file.fd(), path, block, offset);
         if (got == 0) {
             return;
         }
-        consume(std::span<const unsigned char>(block.data(), static_cast<std::size_t>(got)));
-        offset += static_cast<uint64_t>(got);
+        consume(std::span<const unsigned char>(block.data(), got));
+        offset += got;
     }
 }
 

@@ -8,6 +8,7 @@
 #include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/core/TemporaryFile.h"
+#include "engine/signing/ReadAt.h"
 #include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
@@ -29,18 +30,11 @@ SecretBytes ReadSmallFile(const std::string& path, std::size_t limit) {
     SecretBytes bytes(limit + 1);
     std::size_t got = 0;
     while (got < bytes.size()) {
-        const ssize_t read = systemCalls.pread(file.fd(), bytes.data() + got, bytes.size() - got,
-                                               static_cast<off_t>(got));
-        if (read < 0 && errno == EINTR) {
-            continue;
-        }
-        if (read < 0) {
-            failSystem(path, errno);
-        }
+        const std::size_t read = ReadAt(file.fd(), path, bytes.bytes().subspan(got), got);
         if (read == 0) {
             break;
         }
-        got += static_cast<std::size_t>(read);
+        got += read;
     }
     if (got > limit) {
         failUnacceptable(
