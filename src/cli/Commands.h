@@ -13,5 +13,8 @@ void addExtractCommand(CLI::App& app);
 void addCatCommand(CLI::App& app);
 void addKeygenCommand(CLI::App& app);
 void addSignCommand(CLI::App& app);
+// diff tells the same from different by the exit status, which it sets in
+// status when it ends without failing.
+void addDiffCommand(CLI::App& app, int& status);
 
 }  // namespace vx::cli

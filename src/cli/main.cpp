@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "cli/CommandFailure.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 #include "engine/core/Interruption.h"
@@ -11,10 +12,11 @@ namespace {
 constexpr const char* kExitCodes =
     "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
     "not representable), or a key, password or signature is (damaged, wrong, not matching); "
-    "2 usage error; 3 a system error (a file that cannot be read or "
-    "written); 128+N stopped by signal N.";
+    "2 usage error; 3 a system error (a file that cannot be read or written); 128+N stopped "
+    "by signal N. vxpk diff alone answers as diff and cmp do: 0 the same, 1 different, 2 "
+    "trouble.";
 
-int report(vx::cli::ExitCode code, const char* message) {
+int report(int code, const char* message) {
     std::fprintf(stderr, "vxpk: error: %s\n", message);
     return code;
 }
@@ -26,7 +28,7 @@ int main(int argc, char** argv) {
     // the one that watches for them.
     vx::engine::WatchForInterruption();
     CLI::App app(
-        "vxpk packs folder trees into .vxpk packages and lists, checks and safely "
+        "vxpk packs folder trees into .vxpk packages and lists, checks, compares and safely "
         "extracts them, and signs them and checks their signatures in minisign's format.",
         "vxpk");
     app.footer(kExitCodes);
@@ -40,6 +42,8 @@ int main(int argc, char** argv) {
     vx::cli::addCatCommand(app);
     vx::cli::addKeygenCommand(app);
     vx::cli::addSignCommand(app);
+    int status = vx::cli::kSuccess;
+    vx::cli::addDiffCommand(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -47,6 +51,8 @@ int main(int argc, char** argv) {
             return app.exit(error);
         }
         return report(vx::cli::kUsage, (std::string(error.what()) + " (see vxpk --help)").c_str());
+    } catch (const vx::cli::CommandFailure& failure) {
+        return report(failure.exitStatus, failure.what());
     } catch (const vx::engine::Interrupted& interrupted) {
         return 128 + interrupted.signal;
     } catch (const vx::engine::EngineFailure& failure) {
@@ -59,5 +65,5 @@ int main(int argc, char** argv) {
     if (const int signalNumber = vx::engine::InterruptingSignal()) {
         return 128 + signalNumber;
     }
-    return vx::cli::kSuccess;
+    return status;
 }
