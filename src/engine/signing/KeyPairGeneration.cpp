@@ -41,6 +41,9 @@ std::optional<SecretBytes> Password(const KeyPairRequest& request) {
 
 MinisignPublicKey GenerateKeyPair(const KeyPairRequest& request) {
     StartSodium();
+    if (request.publicKeyPath == request.secretKeyPath) {
+        failUnacceptable(request.secretKeyPath, "the public and the secret key need two files");
+    }
     if (!request.replace) {
         RefuseExisting(request.secretKeyPath);
         RefuseExisting(request.publicKeyPath);
