@@ -8,6 +8,7 @@
 #include "engine/signing/FileHash.h"
 #include "engine/signing/SmallFiles.h"
 #include "engine/signing/Sodium.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -21,13 +22,30 @@ std::string OneLine(std::string_view text) {
     return line;
 }
 
-std::string TrustedComment(const SignRequest& request, const PackageSummary& summary) {
-    if (!request.trustedComment.empty()) {
-        return request.trustedComment;
+// A signature written over the package itself would lose the package.
+void RefuseSameFile(const std::string& package, const std::string& signaturePath) {
+    struct stat packageInfo;
+    struct stat signatureInfo;
+    if (systemCalls.stat(package.c_str(), &packageInfo) == 0 &&
+        systemCalls.stat(signaturePath.c_str(), &signatureInfo) == 0 &&
+        packageInfo.st_dev == signatureInfo.st_dev && packageInfo.st_ino == signatureInfo.st_ino) {
+        failUnacceptable(signaturePath, "the signature would replace the package");
     }
+}
+
+// The comment asked for, or the default one; refused unless minisign reads
+// it whole.
+std::string TrustedComment(const SignRequest& request, const PackageSummary& summary) {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
-    return DefaultTrustedComment(request.package, summary,
-                                 std::chrono::duration_cast<std::chrono::seconds>(now).count());
+    std::string comment =
+        !request.trustedComment.empty()
+            ? request.trustedComment
+            : DefaultTrustedComment(request.package, summary,
+                                    std::chrono::duration_cast<std::chrono::seconds>(now).count());
+    if (const std::string problem = TrustedCommentProblem(comment); !problem.empty()) {
+        failUnacceptable("trusted comment", problem);
+    }
+    return comment;
 }
 
 }  // namespace
@@ -48,9 +66,10 @@ SignOutcome SignPackage(const SignRequest& request) {
     StartSodium();
     const PackageSummary summary = WalkPackage(request.package, [](const PackageEntry&) {});
     const std::string comment = TrustedComment(request, summary);
-    if (const std::string problem = TrustedCommentProblem(comment); !problem.empty()) {
-        failUnacceptable("trusted comment", problem);
-    }
+    const std::string signaturePath = request.signaturePath.empty()
+                                          ? DefaultSignaturePath(request.package)
+                                          : request.signaturePath;
+    RefuseSameFile(request.package, signaturePath);
     const SecretBytes keyText = ReadSmallFile(request.secretKeyPath, kSigningFileMax);
     const MinisignSecretKey key =
         MinisignSecretKey::FromFileText(keyText.text(), request.secretKeyPath, request.password);
@@ -59,8 +78,7 @@ SignOutcome SignPackage(const SignRequest& request) {
     // left half-written.
     const InterruptibleWork work;
     SignOutcome outcome{
-        .signaturePath = request.signaturePath.empty() ? DefaultSignaturePath(request.package)
-                                                       : request.signaturePath,
+        .signaturePath = signaturePath,
         .signature = MinisignSignature::Sign(key, Blake2b512OfFile(request.package), comment)};
     WriteSmallFile(outcome.signaturePath, outcome.signature.FileText(), 0644, true);
     return outcome;
