@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -367,6 +368,20 @@ TEST_F(vxpkSigningTest, info_printsTheSha256OfThePackageBytes) {
     EXPECT_EQ(described.exitCode, 0);
     EXPECT_NE(described.out.find("sha256: " + summed.out.substr(0, 64) + "\n"), std::string::npos)
         << described.out;
+}
+
+TEST_F(vxpkSigningTest, json_reportsASoundPackageWithABadSignature) {
+    plainKeys("k");
+    plainKeys("o");
+    ASSERT_EQ(vxpk({"sign", "app.vxpk", "--secret-key", "o.key"}).exitCode, 0);
+    const auto verified = vxpk({"verify", "app.vxpk", "--public-key", "k.pub", "--json"});
+    EXPECT_EQ(verified.exitCode, 1);
+    EXPECT_TRUE(std::regex_match(
+        verified.out, std::regex("\\{\"sound\":true,\"records\":2,\"signature\":\\{\"valid\":false,"
+                                 "\"problem\":\"app.vxpk.minisig: signed by another key: "
+                                 "[0-9A-F]{16} \\(the public key is [0-9A-F]{16}\\)\"\\}\\}\n")))
+        << verified.out;
+    EXPECT_EQ(std::count(verified.err.begin(), verified.err.end(), '\n'), 1) << verified.err;
 }
 
 TEST_F(vxpkSigningTest, signatureWithoutKey_isAUsageError) {
