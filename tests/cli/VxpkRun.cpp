@@ -1,7 +1,9 @@
 #include "VxpkRun.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <pty.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -31,14 +33,18 @@ struct RunFiles {
 };
 
 // err is the descriptor for standard error, or -1 for the file files.err;
-// standard input is files.in, or stays as it is when that is empty.
+// in that for standard input, or -1 for files.in, or for standard input as
+// it is when that is empty.
 [[noreturn]] void execProgram(const std::string& program, const std::vector<std::string>& arguments,
-                              const std::string& folder, const RunFiles& files, int err) {
+                              const std::string& folder, const RunFiles& files, int err,
+                              int in = -1) {
     const int out = ::open(files.out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     if (err < 0) {
         err = ::open(files.err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     }
-    const int in = files.in.empty() ? 0 : ::open(files.in.c_str(), O_RDONLY);
+    if (in < 0) {
+        in = files.in.empty() ? 0 : ::open(files.in.c_str(), O_RDONLY);
+    }
     if (out < 0 || err < 0 || in < 0 || ::dup2(in, 0) < 0 || ::dup2(out, 1) < 0 ||
         ::dup2(err, 2) < 0 || ::chdir(folder.c_str()) != 0) {
         ::_exit(127);
@@ -66,6 +72,22 @@ std::string readTerminal(int terminal) {
         }
         bytes.append(block, static_cast<std::size_t>(got));
     }
+}
+
+// Reads the terminal into shown until text has shown after from; false when
+// it closes or ten seconds pass first.
+bool awaitText(int controller, std::string& shown, std::size_t from, const std::string& text) {
+    while (shown.find(text, from) == std::string::npos) {
+        pollfd ready{.fd = controller, .events = POLLIN, .revents = 0};
+        char block[256];
+        const ssize_t got =
+            ::poll(&ready, 1, 10000) > 0 ? ::read(controller, block, sizeof block) : 0;
+        if (got <= 0) {
+            return false;
+        }
+        shown.append(block, static_cast<std::size_t>(got));
+    }
+    return true;
 }
 
 // input null leaves standard input as it is.
@@ -112,6 +134,43 @@ VxpkResult Run(const std::string& program, const std::vector<std::string>& argum
 }
 
 }  // namespace
+
+VxpkResult RunVxpkOnTerminal(const std::vector<std::string>& arguments,
+                             const std::string& workingFolder,
+                             const std::vector<std::pair<std::string, std::string>>& dialogue) {
+    const std::string base = workingFolder + ".run";
+    int controller = -1;
+    int terminal = -1;
+    if (::openpty(&controller, &terminal, nullptr, nullptr, nullptr) != 0) {
+        return {.exitCode = -1, .out = "", .err = "openpty failed"};
+    }
+    ::fcntl(controller, F_SETFD, FD_CLOEXEC);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        execProgram(VXPK_PATH, arguments, workingFolder,
+                    {.in = "", .out = base + ".out", .err = ""}, terminal, terminal);
+    }
+    ::close(terminal);
+    VxpkResult result;
+    bool answered = true;
+    std::size_t from = 0;
+    for (const auto& [prompt, reply] : dialogue) {
+        answered =
+            answered && awaitText(controller, result.err, from, prompt) &&
+            ::write(controller, reply.data(), reply.size()) == static_cast<ssize_t>(reply.size());
+        from = result.err.find(prompt, from) + prompt.size();
+    }
+    if (!answered) {
+        ::kill(child, SIGKILL);
+    }
+    result.err += readTerminal(controller);
+    ::close(controller);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    result.exitCode = answered && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.out = slurp(base + ".out");
+    return result;
+}
 
 VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
                    ErrorTo errorTo) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vx::test {
@@ -20,6 +21,14 @@ enum class ErrorTo { File, Terminal };
 // view, on a pseudo-terminal that passes the bytes as they are written.
 VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
                    ErrorTo errorTo = ErrorTo::File);
+
+// Runs vxpk with standard input and standard error on a terminal that
+// echoes and edits lines as a user's does, and answers each prompt of
+// dialogue, in turn, with its reply once the prompt has shown. err is all
+// that the terminal showed; exitCode is -1 where a prompt never came.
+VxpkResult RunVxpkOnTerminal(const std::vector<std::string>& arguments,
+                             const std::string& workingFolder,
+                             const std::vector<std::pair<std::string, std::string>>& dialogue);
 
 // Runs program (a path, or a name found on PATH) the same way, with
 // standard input read from a file that holds input, so that it is no

@@ -334,6 +334,30 @@ TEST_F(vxpkSigningTest, keygen_writesAPrivateSecretKey_andNeverReplacesWithoutFo
     EXPECT_NE(read("k.pub"), before.at(scratch.path("w/k.pub")));
 }
 
+// The password is typed on a real terminal: asked twice, never echoed, and
+// the key opens with it afterwards.
+TEST_F(vxpkSigningTest, keygenOnATerminal_asksTwiceWithoutEcho) {
+    const auto made = RunVxpkOnTerminal(
+        {"keygen", "--public-key", "t.pub", "--secret-key", "t.key"}, scratch.path("w"),
+        {{"Password: ", "typed secret\n"}, {"Password (one more time): ", "typed secret\n"}});
+    EXPECT_EQ(made.exitCode, 0) << made.err;
+    EXPECT_EQ(made.err.find("typed"), std::string::npos) << made.err;
+    EXPECT_NE(made.err.find("Password (one more time): "), std::string::npos) << made.err;
+    const auto signedPackage =
+        vxpk({"sign", "app.vxpk", "--secret-key", "t.key"}, "typed secret\n");
+    EXPECT_EQ(signedPackage.exitCode, 0) << signedPackage.err;
+
+    const auto before = filesOnDisk();
+    const auto mismatched = RunVxpkOnTerminal(
+        {"keygen", "--public-key", "u.pub", "--secret-key", "u.key"}, scratch.path("w"),
+        {{"Password: ", "one\n"}, {"Password (one more time): ", "two\n"}});
+    EXPECT_EQ(mismatched.exitCode, 1);
+    EXPECT_NE(mismatched.err.find("vxpk: error: password: the two passwords differ"),
+              std::string::npos)
+        << mismatched.err;
+    EXPECT_EQ(filesOnDisk(), before);
+}
+
 TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
     struct Case {
         std::vector<std::string> options;

@@ -81,9 +81,11 @@ SecretBytes ReadLine() {
     return line;
 }
 
+// The echo goes off before the prompt shows, so that whatever is typed once
+// it shows is never echoed, nor thrown away by the switch.
 SecretBytes ReadUnseen(const termios& settings, std::string_view prompt) {
-    Prompt(prompt);
     const EchoOff echoOff(settings);
+    Prompt(prompt);
     return ReadLine();
 }
 
