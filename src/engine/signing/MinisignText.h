@@ -17,9 +17,8 @@ inline constexpr std::size_t kSecretKeyBytes = 64;
 inline constexpr std::size_t kSignatureBytes = 64;
 inline constexpr std::string_view kUntrustedPrefix = "untrusted comment: ";
 inline constexpr std::string_view kTrustedPrefix = "trusted comment: ";
-// minisign reads comment lines into buffers of these sizes, the prefix and
-// the line end included, and cuts what is longer.
-inline constexpr std::size_t kCommentLineMax = 1024;
+// minisign reads the trusted comment's line into a buffer of this size, the
+// prefix and the line end included, and refuses what is longer.
 inline constexpr std::size_t kTrustedLineMax = 8192;
 
 using KeyId = std::array<unsigned char, kKeyIdBytes>;
