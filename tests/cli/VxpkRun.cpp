@@ -4,10 +4,12 @@
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -90,6 +92,40 @@ bool awaitText(int controller, std::string& shown, std::size_t from, const std::
     return true;
 }
 
+// Answers each prompt with its reply once it has shown; false where one
+// never came.
+bool converse(int controller, const std::vector<std::pair<std::string, std::string>>& dialogue,
+              std::string& shown) {
+    std::size_t from = 0;
+    for (const auto& [prompt, reply] : dialogue) {
+        if (!awaitText(controller, shown, from, prompt) ||
+            ::write(controller, reply.data(), reply.size()) != static_cast<ssize_t>(reply.size())) {
+            return false;
+        }
+        from = shown.find(prompt, from) + prompt.size();
+    }
+    return true;
+}
+
+// Reads what the terminal shows until the child has ended and nothing is
+// left; the child's status. The caller holds the terminal open, so its end
+// never reads as the end of the file.
+int drainUntilExit(int controller, pid_t child, std::string& shown) {
+    int status = 0;
+    bool ended = false;
+    while (true) {
+        ended = ended || ::waitpid(child, &status, WNOHANG) == child;
+        pollfd ready{.fd = controller, .events = POLLIN, .revents = 0};
+        char block[256];
+        const ssize_t got =
+            ::poll(&ready, 1, ended ? 0 : 100) > 0 ? ::read(controller, block, sizeof block) : 0;
+        if (got <= 0 && ended) {
+            return status;
+        }
+        shown.append(block, static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    }
+}
+
 // input null leaves standard input as it is.
 VxpkResult Run(const std::string& program, const std::vector<std::string>& arguments,
                const std::string& workingFolder, const std::string* input, ErrorTo errorTo) {
@@ -135,40 +171,35 @@ VxpkResult Run(const std::string& program, const std::vector<std::string>& argum
 
 }  // namespace
 
-VxpkResult RunVxpkOnTerminal(const std::vector<std::string>& arguments,
-                             const std::string& workingFolder,
-                             const std::vector<std::pair<std::string, std::string>>& dialogue) {
+TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
+                              const std::string& workingFolder,
+                              const std::vector<std::pair<std::string, std::string>>& dialogue) {
     const std::string base = workingFolder + ".run";
     int controller = -1;
     int terminal = -1;
     if (::openpty(&controller, &terminal, nullptr, nullptr, nullptr) != 0) {
-        return {.exitCode = -1, .out = "", .err = "openpty failed"};
+        return {.run = {.exitCode = -1, .out = "", .err = "openpty failed"}, .echoAfter = false};
     }
     ::fcntl(controller, F_SETFD, FD_CLOEXEC);
     const pid_t child = ::fork();
     if (child == 0) {
+        ::setsid();
+        ::ioctl(terminal, TIOCSCTTY, 0);
         execProgram(VXPK_PATH, arguments, workingFolder,
                     {.in = "", .out = base + ".out", .err = ""}, terminal, terminal);
     }
-    ::close(terminal);
-    VxpkResult result;
-    bool answered = true;
-    std::size_t from = 0;
-    for (const auto& [prompt, reply] : dialogue) {
-        answered =
-            answered && awaitText(controller, result.err, from, prompt) &&
-            ::write(controller, reply.data(), reply.size()) == static_cast<ssize_t>(reply.size());
-        from = result.err.find(prompt, from) + prompt.size();
-    }
+    TerminalRun result;
+    const bool answered = converse(controller, dialogue, result.run.err);
     if (!answered) {
         ::kill(child, SIGKILL);
     }
-    result.err += readTerminal(controller);
+    const int status = drainUntilExit(controller, child, result.run.err);
+    termios settings{};
+    result.echoAfter = ::tcgetattr(terminal, &settings) == 0 && (settings.c_lflag & ECHO) != 0;
+    ::close(terminal);
     ::close(controller);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    result.exitCode = answered && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.out = slurp(base + ".out");
+    result.run.exitCode = answered && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.run.out = slurp(base + ".out");
     return result;
 }
 

@@ -22,13 +22,21 @@ enum class ErrorTo { File, Terminal };
 VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
                    ErrorTo errorTo = ErrorTo::File);
 
+// What a run on a terminal gave back, and whether the terminal echoed again
+// once vxpk had ended.
+struct TerminalRun {
+    VxpkResult run;
+    bool echoAfter = false;
+};
+
 // Runs vxpk with standard input and standard error on a terminal that
-// echoes and edits lines as a user's does, and answers each prompt of
-// dialogue, in turn, with its reply once the prompt has shown. err is all
-// that the terminal showed; exitCode is -1 where a prompt never came.
-VxpkResult RunVxpkOnTerminal(const std::vector<std::string>& arguments,
-                             const std::string& workingFolder,
-                             const std::vector<std::pair<std::string, std::string>>& dialogue);
+// echoes and edits lines as a user's does, its controlling terminal, so that
+// Ctrl-C ("\x03") sends SIGINT; answers each prompt of dialogue, in turn,
+// with its reply once the prompt has shown. err is all that the terminal
+// showed; exitCode is -1 where a prompt never came.
+TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
+                              const std::string& workingFolder,
+                              const std::vector<std::pair<std::string, std::string>>& dialogue);
 
 // Runs program (a path, or a name found on PATH) the same way, with
 // standard input read from a file that holds input, so that it is no

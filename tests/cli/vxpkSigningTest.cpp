@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -337,9 +338,10 @@ TEST_F(vxpkSigningTest, keygen_writesAPrivateSecretKey_andNeverReplacesWithoutFo
 // The password is typed on a real terminal: asked twice, never echoed, and
 // the key opens with it afterwards.
 TEST_F(vxpkSigningTest, keygenOnATerminal_asksTwiceWithoutEcho) {
-    const auto made = RunVxpkOnTerminal(
+    const auto [made, echoAfter] = RunVxpkOnTerminal(
         {"keygen", "--public-key", "t.pub", "--secret-key", "t.key"}, scratch.path("w"),
         {{"Password: ", "typed secret\n"}, {"Password (one more time): ", "typed secret\n"}});
+    EXPECT_TRUE(echoAfter);
     EXPECT_EQ(made.exitCode, 0) << made.err;
     EXPECT_EQ(made.err.find("typed"), std::string::npos) << made.err;
     EXPECT_NE(made.err.find("Password (one more time): "), std::string::npos) << made.err;
@@ -348,14 +350,36 @@ TEST_F(vxpkSigningTest, keygenOnATerminal_asksTwiceWithoutEcho) {
     EXPECT_EQ(signedPackage.exitCode, 0) << signedPackage.err;
 
     const auto before = filesOnDisk();
-    const auto mismatched = RunVxpkOnTerminal(
-        {"keygen", "--public-key", "u.pub", "--secret-key", "u.key"}, scratch.path("w"),
-        {{"Password: ", "one\n"}, {"Password (one more time): ", "two\n"}});
+    const auto mismatched =
+        RunVxpkOnTerminal({"keygen", "--public-key", "u.pub", "--secret-key", "u.key"},
+                          scratch.path("w"),
+                          {{"Password: ", "one\n"}, {"Password (one more time): ", "two\n"}})
+            .run;
     EXPECT_EQ(mismatched.exitCode, 1);
     EXPECT_NE(mismatched.err.find("vxpk: error: password: the two passwords differ"),
               std::string::npos)
         << mismatched.err;
     EXPECT_EQ(filesOnDisk(), before);
+}
+
+TEST_F(vxpkSigningTest, ctrlCAtThePasswordPrompt_givesTheEchoBack_andWritesNothing) {
+    // An encrypted key that minisign made; the prompt comes before scrypt.
+    write("e.key",
+          "untrusted comment: minisign encrypted secret "
+          "key\nRWRTY0IyZiZgzuxKTjZDOAJPh8UKJMlBspzAKde7proh76KP2kAAAAACAAAAAAAAAEAAAAAAtr5bQuk0oLR"
+          "FyZAI4PYLK/"
+          "pii5djabi038aXVq69KD+4WDesoiJ6UnrFnMDVE+7rVaCILSfC+m4DfQ4eJMcakoir5T4b1PzgIGclsd237/"
+          "6atTfvKzGAhzL886h3+b7leMst2y7gnZQ=\n");
+    const auto before = filesOnDisk();
+    for (const auto& command : std::vector<std::vector<std::string>>{
+             {"keygen", "--public-key", "t.pub", "--secret-key", "t.key"},
+             {"sign", "app.vxpk", "--secret-key", "e.key"}}) {
+        const auto [stopped, echoAfter] =
+            RunVxpkOnTerminal(command, scratch.path("w"), {{"Password: ", "\x03"}});
+        EXPECT_EQ(stopped.exitCode, 128 + SIGINT) << stopped.err;
+        EXPECT_TRUE(echoAfter);
+        EXPECT_EQ(filesOnDisk(), before);
+    }
 }
 
 TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
