@@ -26,29 +26,40 @@ std::string slurp(const std::string& path) {
     return bytes.str();
 }
 
-// Where a run's files lie: beside the working folder, so that they never
-// show up in the trees the tests compare.
-struct RunFiles {
-    std::string in;
-    std::string out;
-    std::string err;
+// Exec keeps the signals that are ignored and the mask; vxpk gets what a
+// command typed at a shell gets.
+void restoreSignals() {
+    for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
+        ::signal(signalNumber, SIG_DFL);
+    }
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+// Where a child's standard streams go: a descriptor each for standard input
+// and standard error, or -1 for the file named beside it; an empty name for
+// standard input keeps the one the tests have.
+struct ChildStreams {
+    std::string inPath;
+    std::string outPath;
+    std::string errPath;
+    int in = -1;
+    int err = -1;
 };
 
-// err is the descriptor for standard error, or -1 for the file files.err;
-// in that for standard input, or -1 for files.in, or for standard input as
-// it is when that is empty.
 [[noreturn]] void execProgram(const std::string& program, const std::vector<std::string>& arguments,
-                              const std::string& folder, const RunFiles& files, int err,
-                              int in = -1) {
-    const int out = ::open(files.out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    if (err < 0) {
-        err = ::open(files.err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+                              const std::string& folder, ChildStreams streams) {
+    restoreSignals();
+    const int out = ::open(streams.outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    if (streams.err < 0) {
+        streams.err = ::open(streams.errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     }
-    if (in < 0) {
-        in = files.in.empty() ? 0 : ::open(files.in.c_str(), O_RDONLY);
+    if (streams.in < 0) {
+        streams.in = streams.inPath.empty() ? 0 : ::open(streams.inPath.c_str(), O_RDONLY);
     }
-    if (out < 0 || err < 0 || in < 0 || ::dup2(in, 0) < 0 || ::dup2(out, 1) < 0 ||
-        ::dup2(err, 2) < 0 || ::chdir(folder.c_str()) != 0) {
+    if (out < 0 || streams.err < 0 || streams.in < 0 || ::dup2(streams.in, 0) < 0 ||
+        ::dup2(out, 1) < 0 || ::dup2(streams.err, 2) < 0 || ::chdir(folder.c_str()) != 0) {
         ::_exit(127);
     }
     std::vector<char*> argv{const_cast<char*>(program.c_str())};
@@ -126,50 +137,94 @@ int drainUntilExit(int controller, pid_t child, std::string& shown) {
     }
 }
 
-// input null leaves standard input as it is.
-VxpkResult Run(const std::string& program, const std::vector<std::string>& arguments,
-               const std::string& workingFolder, const std::string* input, ErrorTo errorTo) {
-    const std::string base = workingFolder + ".run";
-    const RunFiles files{
-        .in = input != nullptr ? base + ".in" : "", .out = base + ".out", .err = base + ".err"};
-    if (input != nullptr) {
-        std::ofstream(files.in, std::ios::binary) << *input;
+}  // namespace
+
+VxpkChild::VxpkChild(const std::vector<std::string>& arguments, const std::string& workingFolder,
+                     int terminal)
+    // Beside the working folder, so that the run's own output files never
+    // show up in the trees the tests compare.
+    : base_(workingFolder + ".run"), onTerminal_(terminal >= 0), pid_(::fork()) {
+    if (pid_ == 0) {
+        execProgram(VXPK_PATH, arguments, workingFolder,
+                    {.inPath = "",
+                     .outPath = base_ + ".out",
+                     .errPath = base_ + ".err",
+                     .in = -1,
+                     .err = terminal});
     }
-    int controller = -1;
-    int terminal = -1;
-    if (errorTo == ErrorTo::Terminal) {
-        termios raw{};
-        ::cfmakeraw(&raw);
-        if (::openpty(&controller, &terminal, nullptr, &raw, nullptr) != 0) {
-            return {.exitCode = -1, .out = "", .err = "openpty failed"};
-        }
-        ::fcntl(controller, F_SETFD, FD_CLOEXEC);
+}
+
+VxpkChild::VxpkChild(const std::string& program, const std::vector<std::string>& arguments,
+                     const std::string& workingFolder, const std::string& input)
+    : base_(workingFolder + ".run"), onTerminal_(false), pid_(-1) {
+    std::ofstream(base_ + ".in", std::ios::binary) << input;
+    pid_ = ::fork();
+    if (pid_ == 0) {
+        execProgram(program, arguments, workingFolder,
+                    {.inPath = base_ + ".in",
+                     .outPath = base_ + ".out",
+                     .errPath = base_ + ".err",
+                     .in = -1,
+                     .err = -1});
     }
-    const pid_t child = ::fork();
-    if (child == 0) {
-        execProgram(program, arguments, workingFolder, files, terminal);
+}
+
+VxpkChild::~VxpkChild() {
+    if (pid_ > 0) {
+        ::kill(pid_, SIGKILL);
+        wait();
     }
+}
+
+bool VxpkChild::running() const {
+    siginfo_t info{};
+    // WNOWAIT leaves an ended child to wait().
+    return ::waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == 0;
+}
+
+void VxpkChild::signal(int signalNumber) const {
+    ::kill(pid_, signalNumber);
+}
+
+VxpkResult VxpkChild::wait() {
     VxpkResult result;
-    if (terminal >= 0) {
-        // Read while the child writes, so that it never waits on a full terminal.
-        ::close(terminal);
-        result.err = readTerminal(controller);
-        ::close(controller);
-    }
     int status = 0;
-    ::waitpid(child, &status, 0);
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.out = slurp(files.out);
-    if (errorTo == ErrorTo::File) {
-        result.err = slurp(files.err);
+    // A child that could not be started, or did not exit, gives -1.
+    if (pid_ > 0 && ::waitpid(pid_, &status, 0) == pid_ && WIFEXITED(status)) {
+        result.exitCode = WEXITSTATUS(status);
     }
-    if (input != nullptr) {
-        ::unlink(files.in.c_str());
+    pid_ = -1;
+    result.out = slurp(base_ + ".out");
+    if (!onTerminal_) {
+        result.err = slurp(base_ + ".err");
     }
+    ::unlink((base_ + ".in").c_str());
     return result;
 }
 
-}  // namespace
+VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
+                   ErrorTo errorTo) {
+    if (errorTo == ErrorTo::File) {
+        return VxpkChild(arguments, workingFolder).wait();
+    }
+    termios raw{};
+    ::cfmakeraw(&raw);
+    int controller = -1;
+    int terminal = -1;
+    if (::openpty(&controller, &terminal, nullptr, &raw, nullptr) != 0) {
+        return {.exitCode = -1, .out = "", .err = "openpty failed"};
+    }
+    ::fcntl(controller, F_SETFD, FD_CLOEXEC);
+    VxpkChild child(arguments, workingFolder, terminal);
+    // Read while the child writes, so that it never waits on a full terminal.
+    ::close(terminal);
+    const std::string err = readTerminal(controller);
+    ::close(controller);
+    VxpkResult result = child.wait();
+    result.err = err;
+    return result;
+}
 
 TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
                               const std::string& workingFolder,
@@ -183,10 +238,16 @@ TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
     ::fcntl(controller, F_SETFD, FD_CLOEXEC);
     const pid_t child = ::fork();
     if (child == 0) {
+        // The terminal becomes the child's controlling one, so that Ctrl-C
+        // typed on it signals the child.
         ::setsid();
         ::ioctl(terminal, TIOCSCTTY, 0);
         execProgram(VXPK_PATH, arguments, workingFolder,
-                    {.in = "", .out = base + ".out", .err = ""}, terminal, terminal);
+                    {.inPath = "",
+                     .outPath = base + ".out",
+                     .errPath = "",
+                     .in = terminal,
+                     .err = terminal});
     }
     TerminalRun result;
     const bool answered = converse(controller, dialogue, result.run.err);
@@ -203,14 +264,9 @@ TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
     return result;
 }
 
-VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
-                   ErrorTo errorTo) {
-    return Run(VXPK_PATH, arguments, workingFolder, nullptr, errorTo);
-}
-
 VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
-                      const std::string& workingFolder, const std::string& input, ErrorTo errorTo) {
-    return Run(program, arguments, workingFolder, &input, errorTo);
+                      const std::string& workingFolder, const std::string& input) {
+    return VxpkChild(program, arguments, workingFolder, input).wait();
 }
 
 }  // namespace vx::test

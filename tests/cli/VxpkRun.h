@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +17,36 @@ struct VxpkResult {
 
 // Where the standard error of a run goes.
 enum class ErrorTo { File, Terminal };
+
+// The vxpk built with the tests, started in the folder workingFolder with
+// standard output in a file and standard error in a file, or on terminal when
+// one is given. SIGINT, SIGTERM and SIGHUP reach it as they reach a command
+// typed at a shell, at their default action and unblocked, whatever the tests
+// inherited: a background job of a script starts with SIGINT ignored.
+class VxpkChild {
+public:
+    VxpkChild(const std::vector<std::string>& arguments, const std::string& workingFolder,
+              int terminal = -1);
+    // program (a path, or a name found on PATH) in vxpk's place, with standard
+    // input read from a file that holds input, so that it is no terminal, as
+    // in a script that pipes a password in.
+    VxpkChild(const std::string& program, const std::vector<std::string>& arguments,
+              const std::string& workingFolder, const std::string& input);
+    // Kills and reaps a child not waited for, so that no test leaves one behind.
+    ~VxpkChild();
+    VxpkChild(const VxpkChild&) = delete;
+    VxpkChild& operator=(const VxpkChild&) = delete;
+
+    bool running() const;
+    void signal(int signalNumber) const;
+    // Waits for the end; err stays empty when standard error is a terminal.
+    VxpkResult wait();
+
+private:
+    std::string base_;
+    bool onTerminal_;
+    pid_t pid_;
+};
 
 // Runs the vxpk built with the tests in the folder workingFolder, with
 // standard output in a file and standard error in a file or, for a user's
@@ -38,11 +70,8 @@ TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
                               const std::string& workingFolder,
                               const std::vector<std::pair<std::string, std::string>>& dialogue);
 
-// Runs program (a path, or a name found on PATH) the same way, with
-// standard input read from a file that holds input, so that it is no
-// terminal, as in a script that pipes a password in.
+// Runs program as VxpkChild does, to its end.
 VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
-                      const std::string& workingFolder, const std::string& input,
-                      ErrorTo errorTo = ErrorTo::File);
+                      const std::string& workingFolder, const std::string& input);
 
 }  // namespace vx::test
