@@ -150,6 +150,14 @@ TEST_F(vxpkSigningTest, encryptedKeys_signAcrossBothTools_withPasswordsOnStandar
     ASSERT_EQ(vxpkSigned.exitCode, 0) << vxpkSigned.err;
     const auto checked = minisign({"-Vm", "app.vxpk", "-p", "m.pub", "-x", "v1.sig"});
     EXPECT_EQ(checked.exitCode, 0) << checked.err;
+
+    // minisign signs with its own encrypted key; we check its signature.
+    ASSERT_EQ(minisign({"-S", "-s", "m.key", "-m", "app.vxpk", "-x", "m2.sig"}, "their password\n")
+                  .exitCode,
+              0);
+    const auto theirsVerified =
+        vxpk({"verify", "app.vxpk", "--public-key", "m.pub", "--signature", "m2.sig"});
+    EXPECT_EQ(theirsVerified.exitCode, 0) << theirsVerified.err;
 }
 
 TEST_F(vxpkSigningTest, minisignKeyWithoutPassword_signaturesAndKeyWorkWithVxpk) {
