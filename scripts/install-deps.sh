@@ -11,6 +11,7 @@ packages=(
     desktop-file-utils appstream shared-mime-info libglib2.0-bin dpkg-dev file
     xvfb xauth x11-utils imagemagick openbox xdotool
     nlohmann-json3-dev time libcli11-dev
+    libsodium-dev minisign
 )
 # `install-deps.sh bench` adds npm, with which the benchmarks fetch the peer's
 # packer that they compare ours with.

@@ -6,6 +6,7 @@
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
 #include "engine/reading/PackageInput.h"
+#include "engine/signing/FileHash.h"
 
 namespace vx::cli {
 namespace {
@@ -21,7 +22,8 @@ struct Counts {
     uint64_t contentBytes = 0;
 };
 
-void printText(const vxpkFormat::Header& header, const Counts& counts, uint64_t packageBytes) {
+void printText(const vxpkFormat::Header& header, const Counts& counts, uint64_t packageBytes,
+               const std::string& sha256) {
     std::printf("version: %s\nname: %.*s\nuid: %.*s\nfolder name: %.*s\n", vxpkFormat::kVersion,
                 static_cast<int>(header.name.bytes().size()), header.name.bytes().data(),
                 static_cast<int>(header.uid.bytes().size()), header.uid.bytes().data(),
@@ -32,6 +34,7 @@ void printText(const vxpkFormat::Header& header, const Counts& counts, uint64_t 
                 static_cast<unsigned long long>(counts.folders),
                 static_cast<unsigned long long>(counts.contentBytes),
                 static_cast<unsigned long long>(packageBytes));
+    std::printf("sha256: %s\n", sha256.c_str());
 }
 
 void info(const InfoOptions& options) {
@@ -43,8 +46,9 @@ void info(const InfoOptions& options) {
             counts.contentBytes += entry->contentsBytes();
         }
     });
+    const std::string sha256 = engine::HexOf(engine::Sha256OfFile(options.package));
     if (!options.json) {
-        printText(reader.header(), counts, reader.packageSize());
+        printText(reader.header(), counts, reader.packageSize(), sha256);
         return;
     }
     auto document = HeaderJson(reader.header());
@@ -52,6 +56,7 @@ void info(const InfoOptions& options) {
     document->Value("folders", JsonCount(counts.folders));
     document->Value("contentBytes", JsonCount(counts.contentBytes));
     document->Value("packageBytes", JsonCount(reader.packageSize()));
+    document->Value("sha256", String(sha256, nullptr));
     PrintJson(document);
 }
 
@@ -60,7 +65,9 @@ void info(const InfoOptions& options) {
 void addInfoCommand(CLI::App& app) {
     auto options = std::make_shared<InfoOptions>();
     CLI::App* command = app.add_subcommand(
-        "info", "Show a package's header, its counts of files and folders and its sizes");
+        "info",
+        "Show a package's header, its counts of files and folders, its sizes and the SHA-256 "
+        "of its bytes");
     command->add_option("PACKAGE", options->package, "The package to describe")->required();
     command->add_flag("--json", options->json, "Print one JSON document");
     command->callback([options] { info(*options); });

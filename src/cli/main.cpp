@@ -11,8 +11,10 @@ namespace {
 
 constexpr const char* kExitCodes =
     "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
-    "not representable); 2 usage error; 3 a system error (a file that cannot be read or "
-    "written). vxpk diff alone answers as diff and cmp do: 0 the same, 1 different, 2 trouble.";
+    "not representable), or a key, password or signature is (damaged, wrong, not matching); "
+    "2 usage error; 3 a system error (a file that cannot be read or written); 128+N stopped "
+    "by signal N. vxpk diff alone answers as diff and cmp do: 0 the same, 1 different, 2 "
+    "trouble.";
 
 int report(int code, const char* message) {
     std::fprintf(stderr, "vxpk: error: %s\n", message);
@@ -27,7 +29,7 @@ int main(int argc, char** argv) {
     vx::engine::WatchForInterruption();
     CLI::App app(
         "vxpk packs folder trees into .vxpk packages and lists, checks, compares and safely "
-        "extracts them.",
+        "extracts them, and signs them and checks their signatures in minisign's format.",
         "vxpk");
     app.footer(kExitCodes);
     app.set_version_flag("--version", std::string("vxpk ") + VX_VERSION);
@@ -38,6 +40,8 @@ int main(int argc, char** argv) {
     vx::cli::addVerifyCommand(app);
     vx::cli::addExtractCommand(app);
     vx::cli::addCatCommand(app);
+    vx::cli::addKeygenCommand(app);
+    vx::cli::addSignCommand(app);
     int status = vx::cli::kSuccess;
     vx::cli::addDiffCommand(app, status);
     try {

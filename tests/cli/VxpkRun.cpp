@@ -1,12 +1,15 @@
 #include "VxpkRun.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <pty.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -34,24 +37,37 @@ void restoreSignals() {
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// err is the descriptor for standard error, or -1 for the file errPath.
-[[noreturn]] void execVxpk(const std::vector<std::string>& arguments, const std::string& folder,
-                           const std::string& outPath, const std::string& errPath, int err) {
+// Where a child's standard streams go: a descriptor each for standard input
+// and standard error, or -1 for the file named beside it; an empty name for
+// standard input keeps the one the tests have.
+struct ChildStreams {
+    std::string inPath;
+    std::string outPath;
+    std::string errPath;
+    int in = -1;
+    int err = -1;
+};
+
+[[noreturn]] void execProgram(const std::string& program, const std::vector<std::string>& arguments,
+                              const std::string& folder, ChildStreams streams) {
     restoreSignals();
-    const int out = ::open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    if (err < 0) {
-        err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    const int out = ::open(streams.outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    if (streams.err < 0) {
+        streams.err = ::open(streams.errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     }
-    if (out < 0 || err < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0 ||
-        ::chdir(folder.c_str()) != 0) {
+    if (streams.in < 0) {
+        streams.in = streams.inPath.empty() ? 0 : ::open(streams.inPath.c_str(), O_RDONLY);
+    }
+    if (out < 0 || streams.err < 0 || streams.in < 0 || ::dup2(streams.in, 0) < 0 ||
+        ::dup2(out, 1) < 0 || ::dup2(streams.err, 2) < 0 || ::chdir(folder.c_str()) != 0) {
         ::_exit(127);
     }
-    std::vector<char*> argv{const_cast<char*>(VXPK_PATH)};
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
     for (const auto& argument : arguments) {
         argv.push_back(const_cast<char*>(argument.c_str()));
     }
     argv.push_back(nullptr);
-    ::execv(VXPK_PATH, argv.data());
+    ::execvp(program.c_str(), argv.data());
     ::_exit(127);
 }
 
@@ -71,6 +87,56 @@ std::string readTerminal(int terminal) {
     }
 }
 
+// Reads the terminal into shown until text has shown after from; false when
+// it closes or ten seconds pass first.
+bool awaitText(int controller, std::string& shown, std::size_t from, const std::string& text) {
+    while (shown.find(text, from) == std::string::npos) {
+        pollfd ready{.fd = controller, .events = POLLIN, .revents = 0};
+        char block[256];
+        const ssize_t got =
+            ::poll(&ready, 1, 10000) > 0 ? ::read(controller, block, sizeof block) : 0;
+        if (got <= 0) {
+            return false;
+        }
+        shown.append(block, static_cast<std::size_t>(got));
+    }
+    return true;
+}
+
+// Answers each prompt with its reply once it has shown; false where one
+// never came.
+bool converse(int controller, const std::vector<std::pair<std::string, std::string>>& dialogue,
+              std::string& shown) {
+    std::size_t from = 0;
+    for (const auto& [prompt, reply] : dialogue) {
+        if (!awaitText(controller, shown, from, prompt) ||
+            ::write(controller, reply.data(), reply.size()) != static_cast<ssize_t>(reply.size())) {
+            return false;
+        }
+        from = shown.find(prompt, from) + prompt.size();
+    }
+    return true;
+}
+
+// Reads what the terminal shows until the child has ended and nothing is
+// left; the child's status. The caller holds the terminal open, so its end
+// never reads as the end of the file.
+int drainUntilExit(int controller, pid_t child, std::string& shown) {
+    int status = 0;
+    bool ended = false;
+    while (true) {
+        ended = ended || ::waitpid(child, &status, WNOHANG) == child;
+        pollfd ready{.fd = controller, .events = POLLIN, .revents = 0};
+        char block[256];
+        const ssize_t got =
+            ::poll(&ready, 1, ended ? 0 : 100) > 0 ? ::read(controller, block, sizeof block) : 0;
+        if (got <= 0 && ended) {
+            return status;
+        }
+        shown.append(block, static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    }
+}
+
 }  // namespace
 
 VxpkChild::VxpkChild(const std::vector<std::string>& arguments, const std::string& workingFolder,
@@ -79,7 +145,27 @@ VxpkChild::VxpkChild(const std::vector<std::string>& arguments, const std::strin
     // show up in the trees the tests compare.
     : base_(workingFolder + ".run"), onTerminal_(terminal >= 0), pid_(::fork()) {
     if (pid_ == 0) {
-        execVxpk(arguments, workingFolder, base_ + ".out", base_ + ".err", terminal);
+        execProgram(VXPK_PATH, arguments, workingFolder,
+                    {.inPath = "",
+                     .outPath = base_ + ".out",
+                     .errPath = base_ + ".err",
+                     .in = -1,
+                     .err = terminal});
+    }
+}
+
+VxpkChild::VxpkChild(const std::string& program, const std::vector<std::string>& arguments,
+                     const std::string& workingFolder, const std::string& input)
+    : base_(workingFolder + ".run"), onTerminal_(false), pid_(-1) {
+    std::ofstream(base_ + ".in", std::ios::binary) << input;
+    pid_ = ::fork();
+    if (pid_ == 0) {
+        execProgram(program, arguments, workingFolder,
+                    {.inPath = base_ + ".in",
+                     .outPath = base_ + ".out",
+                     .errPath = base_ + ".err",
+                     .in = -1,
+                     .err = -1});
     }
 }
 
@@ -113,6 +199,7 @@ VxpkResult VxpkChild::wait() {
     if (!onTerminal_) {
         result.err = slurp(base_ + ".err");
     }
+    ::unlink((base_ + ".in").c_str());
     return result;
 }
 
@@ -137,6 +224,49 @@ VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string&
     VxpkResult result = child.wait();
     result.err = err;
     return result;
+}
+
+TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
+                              const std::string& workingFolder,
+                              const std::vector<std::pair<std::string, std::string>>& dialogue) {
+    const std::string base = workingFolder + ".run";
+    int controller = -1;
+    int terminal = -1;
+    if (::openpty(&controller, &terminal, nullptr, nullptr, nullptr) != 0) {
+        return {.run = {.exitCode = -1, .out = "", .err = "openpty failed"}, .echoAfter = false};
+    }
+    ::fcntl(controller, F_SETFD, FD_CLOEXEC);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        // The terminal becomes the child's controlling one, so that Ctrl-C
+        // typed on it signals the child.
+        ::setsid();
+        ::ioctl(terminal, TIOCSCTTY, 0);
+        execProgram(VXPK_PATH, arguments, workingFolder,
+                    {.inPath = "",
+                     .outPath = base + ".out",
+                     .errPath = "",
+                     .in = terminal,
+                     .err = terminal});
+    }
+    TerminalRun result;
+    const bool answered = converse(controller, dialogue, result.run.err);
+    if (!answered) {
+        ::kill(child, SIGKILL);
+    }
+    const int status = drainUntilExit(controller, child, result.run.err);
+    termios settings{};
+    result.echoAfter = ::tcgetattr(terminal, &settings) == 0 && (settings.c_lflag & ECHO) != 0;
+    ::close(terminal);
+    ::close(controller);
+    result.run.exitCode = answered && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.run.out = slurp(base + ".out");
+    return result;
+}
+
+VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::string& workingFolder, const std::string& input) {
+    return VxpkChild(program, arguments, workingFolder, input).wait();
 }
 
 }  // namespace vx::test

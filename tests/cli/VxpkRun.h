@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vx::test {
@@ -26,6 +27,11 @@ class VxpkChild {
 public:
     VxpkChild(const std::vector<std::string>& arguments, const std::string& workingFolder,
               int terminal = -1);
+    // program (a path, or a name found on PATH) in vxpk's place, with standard
+    // input read from a file that holds input, so that it is no terminal, as
+    // in a script that pipes a password in.
+    VxpkChild(const std::string& program, const std::vector<std::string>& arguments,
+              const std::string& workingFolder, const std::string& input);
     // Kills and reaps a child not waited for, so that no test leaves one behind.
     ~VxpkChild();
     VxpkChild(const VxpkChild&) = delete;
@@ -47,5 +53,25 @@ private:
 // view, on a pseudo-terminal that passes the bytes as they are written.
 VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
                    ErrorTo errorTo = ErrorTo::File);
+
+// What a run on a terminal gave back, and whether the terminal echoed again
+// once vxpk had ended.
+struct TerminalRun {
+    VxpkResult run;
+    bool echoAfter = false;
+};
+
+// Runs vxpk with standard input and standard error on a terminal that
+// echoes and edits lines as a user's does, its controlling terminal, so that
+// Ctrl-C ("\x03") sends SIGINT; answers each prompt of dialogue, in turn,
+// with its reply once the prompt has shown. err is all that the terminal
+// showed; exitCode is -1 where a prompt never came.
+TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
+                              const std::string& workingFolder,
+                              const std::vector<std::pair<std::string, std::string>>& dialogue);
+
+// Runs program as VxpkChild does, to its end.
+VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::string& workingFolder, const std::string& input);
 
 }  // namespace vx::test

@@ -100,7 +100,8 @@ TEST_F(vxpkPackageCheckTest, json_givesTheHeaderItemsAndVerdict) {
               "\"site\",\"items\":[]}\n");
     EXPECT_EQ(run({"info", "in.vxpk"}).out,
               "version: V001\nname: Demo\nuid: demo1\nfolder name: site\nfiles: 1\nfolders: 1\n"
-              "content bytes: 2\npackage bytes: 40\n");
+              "content bytes: 2\npackage bytes: 40\n"
+              "sha256: 052c1d460db27e1953c8f3677952f5016ba9920408558f02ff199fed4bc420f0\n");
     scratch.writeFile("w/bad.vxpk", EncodePackage({FileRecord("a", "1", "d")}));
     const auto verdict = run({"verify", "--json", "bad.vxpk"});
     EXPECT_EQ(verdict.exitCode, 1);

@@ -32,7 +32,7 @@ TemporaryFile::~TemporaryFile() {
     }
 }
 
-void TemporaryFile::commit(unsigned mode) {
+void TemporaryFile::close(unsigned mode) {
     const int closed = systemCalls.close(fd_);
     fd_ = -1;
     if (closed != 0) {
@@ -41,11 +41,25 @@ void TemporaryFile::commit(unsigned mode) {
     // mkstemp makes the file private; the file gets the mode asked for.
     const mode_t mask = systemCalls.umask(0);
     systemCalls.umask(mask);
-    if (systemCalls.fchmodat(AT_FDCWD, path_.c_str(), mode & ~mask, 0) != 0 ||
-        systemCalls.renameat(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str()) != 0) {
+    if (systemCalls.fchmodat(AT_FDCWD, path_.c_str(), mode & ~mask, 0) != 0) {
+        failSystem(target_, errno);
+    }
+}
+
+void TemporaryFile::commit(unsigned mode) {
+    close(mode);
+    if (systemCalls.renameat(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str()) != 0) {
         failSystem(target_, errno);
     }
     committed_ = true;
+}
+
+void TemporaryFile::commitNew(unsigned mode) {
+    close(mode);
+    if (systemCalls.linkat(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str(), 0) != 0) {
+        failSystem(target_, errno);
+    }
+    // The temporary name goes in the destructor.
 }
 
 }  // namespace vx::engine

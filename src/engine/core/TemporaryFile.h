@@ -18,8 +18,14 @@ public:
     // Closes the file, gives it mode (less the umask) and renames it to the
     // target.
     void commit(unsigned mode);
+    // The same, but refused (EEXIST) where the target exists, even one made
+    // while this file was written: it is linked into place, never renamed.
+    void commitNew(unsigned mode);
 
 private:
+    // Closes the file and gives it mode less the umask.
+    void close(unsigned mode);
+
     std::string target_;
     std::string path_;
     int fd_;

@@ -49,6 +49,12 @@ constexpr SystemCalls kRealSystemCalls = {
            unsigned int flags) {
             return ::copy_file_range(in, inOffset, out, outOffset, count, flags);
         },
+    .linkat = [](int fromFolder, const char* from, int toFolder, const char* to,
+                 int flags) { return ::linkat(fromFolder, from, toFolder, to, flags); },
+    .read = [](int fd, void* data, std::size_t count) { return ::read(fd, data, count); },
+    .tcgetattr = [](int fd, termios* settings) { return ::tcgetattr(fd, settings); },
+    .tcsetattr = [](int fd, int when,
+                    const termios* settings) { return ::tcsetattr(fd, when, settings); },
 };
 
 constinit SystemCalls systemCalls = kRealSystemCalls;

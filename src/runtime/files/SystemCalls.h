@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <termios.h>
 
 #include <cstddef>
 
@@ -44,6 +45,11 @@ struct SystemCalls {
     int (*fallocate)(int fd, int mode, off_t offset, off_t length);
     ssize_t (*copy_file_range)(int in, off_t* inOffset, int out, off_t* outOffset,
                                std::size_t count, unsigned int flags);
+    int (*linkat)(int fromFolder, const char* from, int toFolder, const char* to, int flags);
+    // For a password typed on a terminal without echo, or piped in.
+    ssize_t (*read)(int fd, void* data, std::size_t count);
+    int (*tcgetattr)(int fd, termios* settings);
+    int (*tcsetattr)(int fd, int when, const termios* settings);
 };
 
 // The calls the platform gives.
