@@ -1,13 +1,12 @@
 #include "engine/core/Interruption.h"
 
-#include <pthread.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <csignal>
 #include <mutex>
 #include <thread>
 #include <utility>
+
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -28,7 +27,8 @@ sigset_t watchedSignals() {
     sigemptyset(&signals);
     for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction current {};
-        if (::sigaction(signalNumber, nullptr, &current) == 0 && current.sa_handler != SIG_IGN) {
+        if (systemCalls.sigaction(signalNumber, nullptr, &current) == 0 &&
+            current.sa_handler != SIG_IGN) {
             sigaddset(&signals, signalNumber);
         }
     }
@@ -45,14 +45,14 @@ void actOn(int signalNumber) {
     if (activeWork == 0) {
         // Nothing half-written to remove: end as the default action would,
         // with the status a shell reports for it.
-        ::_exit(128 + signalNumber);
+        systemCalls._exit(128 + signalNumber);
     }
 }
 
 void watch(sigset_t signals) {
     while (true) {
         int signalNumber = 0;
-        if (::sigwait(&signals, &signalNumber) == 0) {
+        if (systemCalls.sigwait(&signals, &signalNumber) == 0) {
             actOn(signalNumber);
         }
     }
@@ -62,7 +62,7 @@ void watch(sigset_t signals) {
 
 void WatchForInterruption() {
     const sigset_t signals = watchedSignals();
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    systemCalls.pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::thread(watch, signals).detach();
 }
 

@@ -1,6 +1,7 @@
 #include "runtime/files/SystemCalls.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <unistd.h>
@@ -55,6 +56,12 @@ constexpr SystemCalls kRealSystemCalls = {
     .tcgetattr = [](int fd, termios* settings) { return ::tcgetattr(fd, settings); },
     .tcsetattr = [](int fd, int when,
                     const termios* settings) { return ::tcsetattr(fd, when, settings); },
+    .sigaction = [](int signal, const struct sigaction* action,
+                    struct sigaction* old) { return ::sigaction(signal, action, old); },
+    .pthread_sigmask = [](int how, const sigset_t* signals,
+                          sigset_t* old) { return ::pthread_sigmask(how, signals, old); },
+    .sigwait = [](const sigset_t* signals, int* signal) { return ::sigwait(signals, signal); },
+    ._exit = [](int status) { ::_exit(status); },
 };
 
 constinit SystemCalls systemCalls = kRealSystemCalls;

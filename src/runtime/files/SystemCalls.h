@@ -1,6 +1,7 @@
 #pragma once
 
 #include <dirent.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <termios.h>
@@ -50,6 +51,11 @@ struct SystemCalls {
     ssize_t (*read)(int fd, void* data, std::size_t count);
     int (*tcgetattr)(int fd, termios* settings);
     int (*tcsetattr)(int fd, int when, const termios* settings);
+    // For the signals that stop vxpk's work.
+    int (*sigaction)(int signal, const struct sigaction* action, struct sigaction* old);
+    int (*pthread_sigmask)(int how, const sigset_t* signals, sigset_t* old);
+    int (*sigwait)(const sigset_t* signals, int* signal);
+    void (*_exit)(int status);
 };
 
 // The calls the platform gives.
