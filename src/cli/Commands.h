@@ -11,5 +11,6 @@ void addInfoCommand(CLI::App& app);
 void addVerifyCommand(CLI::App& app);
 void addExtractCommand(CLI::App& app);
 void addCatCommand(CLI::App& app);
+void addServeCommand(CLI::App& app);
 
 }  // namespace vx::cli

@@ -25,8 +25,8 @@ int main(int argc, char** argv) {
     // the one that watches for them.
     vx::engine::WatchForInterruption();
     CLI::App app(
-        "vxpk packs folder trees into .vxpk packages and lists, checks and safely "
-        "extracts them.",
+        "vxpk packs folder trees into .vxpk packages and lists, checks, safely "
+        "extracts and serves them.",
         "vxpk");
     app.footer(kExitCodes);
     app.set_version_flag("--version", std::string("vxpk ") + VX_VERSION);
@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     vx::cli::addVerifyCommand(app);
     vx::cli::addExtractCommand(app);
     vx::cli::addCatCommand(app);
+    vx::cli::addServeCommand(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

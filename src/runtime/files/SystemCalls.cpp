@@ -1,6 +1,7 @@
 #include "runtime/files/SystemCalls.h"
 
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace vx {
@@ -34,6 +35,13 @@ constexpr SystemCalls kRealSystemCalls = {
            unsigned int flags) {
             return ::copy_file_range(in, inOffset, out, outOffset, count, flags);
         },
+    .posix_spawnp =
+        [](pid_t* child, const char* file, const posix_spawn_file_actions_t* actions,
+           const posix_spawnattr_t* attributes, char* const argv[], char* const environment[]) {
+            return ::posix_spawnp(child, file, actions, attributes, argv, environment);
+        },
+    .waitpid = [](pid_t child, int* status,
+                  int options) { return ::waitpid(child, status, options); },
 };
 
 constinit SystemCalls systemCalls = kRealSystemCalls;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <dirent.h>
+#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -8,7 +9,7 @@
 
 namespace vx {
 
-// Every system call that FolderItem and BinaryStream make goes through this
+// Every system call that FolderItem, BinaryStream and the launcher make goes through this
 // one table, so that a test can put a failure in place of a call: an
 // interrupted call, a short write, a full disk, a kernel that cannot copy
 // between two files, a disk that fails half way through a file. It holds the
@@ -34,6 +35,10 @@ struct SystemCalls {
     int (*ftruncate)(int fd, off_t length);
     ssize_t (*copy_file_range)(int in, off_t* inOffset, int out, off_t* outOffset,
                                std::size_t count, unsigned int flags);
+    int (*posix_spawnp)(pid_t* child, const char* file, const posix_spawn_file_actions_t* actions,
+                        const posix_spawnattr_t* attributes, char* const argv[],
+                        char* const environment[]);
+    pid_t (*waitpid)(pid_t child, int* status, int options);
 };
 
 // The calls the platform gives.

@@ -1,0 +1,17 @@
+#include "engine/preview/PackageIndex.h"
+
+namespace vx::engine {
+
+void PackageIndex::add(const PackageEntry& entry) {
+    records_.emplace(entry.path, IndexedRecord{.isFolder = entry.isFolder,
+                                               .recordOffset = entry.recordOffset,
+                                               .contentsOffset = entry.contentsOffset,
+                                               .size = entry.size});
+}
+
+const IndexedRecord* PackageIndex::find(std::string_view path) const {
+    const auto found = records_.find(path);
+    return found == records_.end() ? nullptr : &found->second;
+}
+
+}  // namespace vx::engine

@@ -1,0 +1,142 @@
+#include "engine/preview/PackageServer.h"
+
+#include <httplib.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "engine/core/EngineFailure.h"
+#include "engine/preview/PackageBytes.h"
+#include "engine/preview/ResponsePlan.h"
+
+namespace vx::engine {
+namespace {
+
+constexpr const char* kHost = "127.0.0.1";
+// The most bytes of a file read and sent at a time, so that a large file
+// never sits in memory whole.
+constexpr std::size_t kBlock = 64 * 1024;
+// Enough threads that a browser's parallel connections, or a benchmark's,
+// are all answered at once rather than in turn.
+constexpr std::size_t kThreads = 32;
+constexpr std::size_t kRequestsPerConnection = 1000;
+
+std::optional<std::string_view> headerOf(const httplib::Request& request, const char* name) {
+    if (!request.has_header(name)) {
+        return std::nullopt;
+    }
+    // The value lives in the request's own table for as long as the request.
+    return std::string_view(request.headers.find(name)->second);
+}
+
+void fillBody(int fd, const ResponsePlan& plan, httplib::Response& response) {
+    const std::string type(plan.contentType);
+    if (plan.length == 0) {
+        response.set_content("", type);
+        return;
+    }
+    response.set_content_provider(
+        plan.length, type,
+        [fd, offset = plan.offset](size_t at, size_t length, httplib::DataSink& sink) {
+            thread_local std::string block;
+            return ReadPackageBytes(fd, offset + at, std::min(length, kBlock), block) &&
+                   sink.write(block.data(), block.size());
+        });
+}
+
+void answer(const ServedPackage& package, const httplib::Request& request,
+            httplib::Response& response) {
+    const ResponsePlan plan = PlanResponse(
+        package.index(), {.target = request.target,
+                          .range = headerOf(request, "Range"),
+                          .ifNoneMatch = headerOf(request, "If-None-Match")});
+    response.status = plan.status;
+    if (!plan.reason.empty()) {
+        response.set_content(plan.reason + "\n", "text/plain; charset=utf-8");
+        return;
+    }
+    response.set_header("ETag", plan.etag);
+    response.set_header("Accept-Ranges", "bytes");
+    if (!plan.contentRange.empty()) {
+        response.set_header("Content-Range", plan.contentRange);
+    }
+    if (plan.status == 200 || plan.status == 206) {
+        fillBody(package.fd(), plan, response);
+    }
+}
+
+// The target as the log shows it: control characters, which a client could
+// send to forge lines, are escaped.
+std::string printable(std::string_view target) {
+    std::string shown;
+    for (const unsigned char c : target) {
+        if (c < 0x20 || c == 0x7f) {
+            char escape[4];
+            std::snprintf(escape, sizeof escape, "%%%02X", c);
+            shown += escape;
+        } else {
+            shown += static_cast<char>(c);
+        }
+    }
+    return shown;
+}
+
+void logRequest(const httplib::Request& request, const httplib::Response& response) {
+    const std::string bytes =
+        request.method == "HEAD" ? "0" : response.get_header_value("Content-Length");
+    const bool refused = response.status >= 400 && !response.body.empty();
+    std::string line = request.method + " " + printable(request.target) + " " +
+                       std::to_string(response.status) + " " + (bytes.empty() ? "0" : bytes);
+    if (refused) {
+        line += " " + response.body;
+    } else {
+        line += "\n";
+    }
+    std::fputs(line.c_str(), stderr);
+}
+
+}  // namespace
+
+PackageServer::PackageServer(const ServedPackage& package)
+    : package_(package), server_(std::make_unique<httplib::Server>()) {
+    server_->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    server_->set_keep_alive_max_count(kRequestsPerConnection);
+    // The library would apply the Range header again to whatever the handler
+    // answers, and gets unsatisfiable ones wrong; the plan answers ranges
+    // itself, so the library is given none. The request is the library's own
+    // non-const object, handed over as const.
+    server_->set_pre_routing_handler([](const httplib::Request& request, httplib::Response&) {
+        const_cast<httplib::Request&>(request).ranges.clear();
+        return httplib::Server::HandlerResponse::Unhandled;
+    });
+    server_->Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
+        answer(package_, request, response);
+    });
+    server_->set_logger(logRequest);
+}
+
+PackageServer::~PackageServer() = default;
+
+int PackageServer::listenOn(int port) {
+    errno = 0;
+    const int bound = port == 0 ? server_->bind_to_any_port(kHost)
+                                : (server_->bind_to_port(kHost, port) ? port : -1);
+    if (bound < 0) {
+        const std::string reason = errno != 0 ? std::strerror(errno) : "cannot listen";
+        throw EngineFailure(FailureKind::kSystem,
+                            std::string(kHost) + ":" + std::to_string(port) + ": " + reason);
+    }
+    return bound;
+}
+
+void PackageServer::run() {
+    server_->listen_after_bind();
+}
+
+void PackageServer::stop() {
+    server_->stop();
+}
+
+}  // namespace vx::engine
