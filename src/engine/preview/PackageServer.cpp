@@ -10,6 +10,7 @@
 #include "engine/core/EngineFailure.h"
 #include "engine/preview/PackageBytes.h"
 #include "engine/preview/ResponsePlan.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -97,6 +98,15 @@ void logRequest(const httplib::Request& request, const httplib::Response& respon
     std::fputs(line.c_str(), stderr);
 }
 
+// The library would also share the port with any other process that asks
+// (SO_REUSEPORT), so that a second server on a taken port would seem to
+// start and take half the requests; reusing the address alone still lets a
+// server start again at once on the port it just left.
+void reuseAddressOnly(int fd) {
+    const int yes = 1;
+    systemCalls.setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
+
 }  // namespace
 
 PackageServer::PackageServer(const ServedPackage& package)
@@ -115,6 +125,7 @@ PackageServer::PackageServer(const ServedPackage& package)
         answer(package_, request, response);
     });
     server_->set_logger(logRequest);
+    server_->set_socket_options(reuseAddressOnly);
 }
 
 PackageServer::~PackageServer() = default;

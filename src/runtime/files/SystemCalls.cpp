@@ -42,6 +42,8 @@ constexpr SystemCalls kRealSystemCalls = {
         },
     .waitpid = [](pid_t child, int* status,
                   int options) { return ::waitpid(child, status, options); },
+    .setsockopt = [](int fd, int level, int name, const void* value,
+                     socklen_t length) { return ::setsockopt(fd, level, name, value, length); },
 };
 
 constinit SystemCalls systemCalls = kRealSystemCalls;

@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -9,7 +10,8 @@
 
 namespace vx {
 
-// Every system call that FolderItem, BinaryStream and the launcher make goes through this
+// Every system call that FolderItem, BinaryStream, the launcher and the
+// preview server make goes through this
 // one table, so that a test can put a failure in place of a call: an
 // interrupted call, a short write, a full disk, a kernel that cannot copy
 // between two files, a disk that fails half way through a file. It holds the
@@ -39,6 +41,7 @@ struct SystemCalls {
                         const posix_spawnattr_t* attributes, char* const argv[],
                         char* const environment[]);
     pid_t (*waitpid)(pid_t child, int* status, int options);
+    int (*setsockopt)(int fd, int level, int name, const void* value, socklen_t length);
 };
 
 // The calls the platform gives.
