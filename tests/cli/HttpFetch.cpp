@@ -1,15 +1,12 @@
 #include "HttpFetch.h"
 
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <fstream>
 #include <sstream>
 
-extern char** environ;
+#include "ProgramRun.h"
 
 namespace vx::test {
 namespace {
@@ -20,22 +17,6 @@ std::string slurp(const std::string& path) {
     bytes << in.rdbuf();
     ::unlink(path.c_str());
     return bytes.str();
-}
-
-bool runCurl(std::vector<std::string> arguments) {
-    std::vector<char*> argv;
-    for (auto& argument : arguments) {
-        argv.push_back(argument.data());
-    }
-    argv.push_back(nullptr);
-    pid_t child = 0;
-    if (::posix_spawnp(&child, "curl", nullptr, nullptr, argv.data(), environ) != 0) {
-        return false;
-    }
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 // The status line and "Name: value" lines of the last answer in a -D file.
@@ -69,7 +50,7 @@ HttpAnswer Fetch(const std::string& origin, const std::string& target,
     arguments.insert(arguments.end(), options.begin(), options.end());
     arguments.push_back(origin + "/");
     HttpAnswer answer;
-    if (runCurl(arguments)) {
+    if (RunProgram(arguments) == 0) {
         readHead(slurp(head), answer);
         answer.body = slurp(body);
     }

@@ -47,12 +47,15 @@ void fillBody(int fd, const ResponsePlan& plan, httplib::Response& response) {
         });
 }
 
+ResponsePlan planFor(const ServedPackage& package, const httplib::Request& request) {
+    return PlanResponse(package.index(), {.target = request.target,
+                                          .range = headerOf(request, "Range"),
+                                          .ifNoneMatch = headerOf(request, "If-None-Match")});
+}
+
 void answer(const ServedPackage& package, const httplib::Request& request,
             httplib::Response& response) {
-    const ResponsePlan plan = PlanResponse(
-        package.index(), {.target = request.target,
-                          .range = headerOf(request, "Range"),
-                          .ifNoneMatch = headerOf(request, "If-None-Match")});
+    const ResponsePlan plan = planFor(package, request);
     response.status = plan.status;
     if (!plan.reason.empty()) {
         response.set_content(plan.reason + "\n", "text/plain; charset=utf-8");
@@ -84,18 +87,23 @@ std::string printable(std::string_view target) {
     return shown;
 }
 
-void logRequest(const httplib::Request& request, const httplib::Response& response) {
+// The reason comes from planning the request again, which is cheap and
+// reads nothing: the body that carried it may have been compressed by now,
+// and the library answers some requests without asking the handler.
+void logRequest(const ServedPackage& package, const httplib::Request& request,
+                const httplib::Response& response) {
     const std::string bytes =
         request.method == "HEAD" ? "0" : response.get_header_value("Content-Length");
-    const bool refused = response.status >= 400 && !response.body.empty();
     std::string line = request.method + " " + printable(request.target) + " " +
                        std::to_string(response.status) + " " + (bytes.empty() ? "0" : bytes);
-    if (refused) {
-        line += " " + response.body;
-    } else {
-        line += "\n";
+    const bool planned = request.method == "GET" || request.method == "HEAD";
+    if (const std::string reason = response.status >= 400 && planned
+                                       ? planFor(package, request).reason
+                                       : std::string();
+        !reason.empty()) {
+        line += " " + reason;
     }
-    std::fputs(line.c_str(), stderr);
+    std::fputs((line + "\n").c_str(), stderr);
 }
 
 // The library would also share the port with any other process that asks
@@ -124,7 +132,10 @@ PackageServer::PackageServer(const ServedPackage& package)
     server_->Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
         answer(package_, request, response);
     });
-    server_->set_logger(logRequest);
+    server_->set_logger([this](const httplib::Request& request,
+                               const httplib::Response& response) {
+        logRequest(package_, request, response);
+    });
     server_->set_socket_options(reuseAddressOnly);
 }
 

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vx::test {
+
+// Runs the program argv[0], found on PATH, with standard output in the file
+// outPath ("" to leave it as it is), and gives its exit status: -1 when it
+// could not start or did not exit by itself.
+int RunProgram(std::vector<std::string> argv, const std::string& outPath = "");
+
+}  // namespace vx::test
