@@ -30,7 +30,8 @@ void openInBrowser(const std::string& url) {
 void serve(const ServeOptions& options) {
     const engine::ServedPackage package(options.package);
     engine::PackageServer server(package);
-    const std::string url = "http://127.0.0.1:" + std::to_string(server.listenOn(options.port)) + "/";
+    const std::string url =
+        "http://127.0.0.1:" + std::to_string(server.listenOn(options.port)) + "/";
     // Scripts read this line to know where to go, so it leaves at once.
     std::printf("%s\n", url.c_str());
     std::fflush(stdout);

@@ -45,8 +45,9 @@ HttpAnswer Fetch(const std::string& origin, const std::string& target,
                  const std::vector<std::string>& options, const std::string& scratchFolder) {
     const std::string head = scratchFolder + "/curl.head";
     const std::string body = scratchFolder + "/curl.body";
-    std::vector<std::string> arguments = {"curl", "-sS", "--max-time", "20", "--path-as-is",
-                                          "--request-target", target, "-D", head, "-o", body};
+    std::vector<std::string> arguments = {
+        "curl", "-sS", "--max-time", "20", "--path-as-is", "--request-target", target,
+        "-D",   head,  "-o",         body};
     arguments.insert(arguments.end(), options.begin(), options.end());
     arguments.push_back(origin + "/");
     HttpAnswer answer;

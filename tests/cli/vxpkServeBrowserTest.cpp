@@ -42,21 +42,20 @@ TEST(vxpkServeBrowserTest, headlessChromium_runsTheAppFromThePackage) {
     }
     ScratchFolder scratch;
     writeApp(scratch);
-    ASSERT_EQ(RunVxpk({"pack", "site", "app.vxpk", "--name", "Demo", "--uid", "d"},
-                      scratch.path())
+    ASSERT_EQ(RunVxpk({"pack", "site", "app.vxpk", "--name", "Demo", "--uid", "d"}, scratch.path())
                   .exitCode,
               0);
     ServeProcess server({"serve", "app.vxpk"}, scratch.path());
     ASSERT_FALSE(server.url().empty()) << server.errors();
 
     const std::string dom = scratch.path("dom.html");
-    const int status = RunProgram(
-        {"timeout", "120", kChromium, "--headless", "--no-sandbox", "--disable-gpu",
-         "--disable-quic", "--no-first-run", "--disable-background-networking",
-         "--disable-component-update", "--disable-sync",
-         "--user-data-dir=" + scratch.makeFolder("profile"), "--virtual-time-budget=5000",
-         "--dump-dom", server.url()},
-        dom);
+    const int status =
+        RunProgram({"timeout", "120", kChromium, "--headless", "--no-sandbox", "--disable-gpu",
+                    "--disable-quic", "--no-first-run", "--disable-background-networking",
+                    "--disable-component-update", "--disable-sync",
+                    "--user-data-dir=" + scratch.makeFolder("profile"),
+                    "--virtual-time-budget=5000", "--dump-dom", server.url()},
+                   dom);
     ASSERT_EQ(status, 0);
     const std::string page = scratch.readFile("dom.html");
     EXPECT_NE(page.find("<h1 id=\"title\">script ran</h1>"), std::string::npos) << page;

@@ -97,9 +97,8 @@ void logRequest(const ServedPackage& package, const httplib::Request& request,
     std::string line = request.method + " " + printable(request.target) + " " +
                        std::to_string(response.status) + " " + (bytes.empty() ? "0" : bytes);
     const bool planned = request.method == "GET" || request.method == "HEAD";
-    if (const std::string reason = response.status >= 400 && planned
-                                       ? planFor(package, request).reason
-                                       : std::string();
+    if (const std::string reason =
+            response.status >= 400 && planned ? planFor(package, request).reason : std::string();
         !reason.empty()) {
         line += " " + reason;
     }
@@ -132,8 +131,7 @@ PackageServer::PackageServer(const ServedPackage& package)
     server_->Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
         answer(package_, request, response);
     });
-    server_->set_logger([this](const httplib::Request& request,
-                               const httplib::Response& response) {
+    server_->set_logger([this](const httplib::Request& request, const httplib::Response& response) {
         logRequest(package_, request, response);
     });
     server_->set_socket_options(reuseAddressOnly);

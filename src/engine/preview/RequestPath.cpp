@@ -83,7 +83,8 @@ RequestPath DecodeRequestPath(std::string_view target) {
     }
     for (size_t start = 0; start <= rest.size();) {
         const size_t end = std::min(rest.find('/', start), rest.size());
-        if (const auto reason = componentRefusal(rest.substr(start, end - start)); !reason.empty()) {
+        if (const auto reason = componentRefusal(rest.substr(start, end - start));
+            !reason.empty()) {
             return refuse(reason);
         }
         start = end + 1;

@@ -33,8 +33,8 @@ posix_spawnattr_t unblockedSignals() {
 }  // namespace
 
 bool OpenWithDesktop(const std::string& target) {
-    char* argv[] = {const_cast<char*>("sh"), const_cast<char*>("-c"),
-                    const_cast<char*>(kDetach), const_cast<char*>("sh"),
+    char* argv[] = {const_cast<char*>("sh"),           const_cast<char*>("-c"),
+                    const_cast<char*>(kDetach),        const_cast<char*>("sh"),
                     const_cast<char*>(target.c_str()), nullptr};
     posix_spawnattr_t attributes = unblockedSignals();
     pid_t shell = 0;

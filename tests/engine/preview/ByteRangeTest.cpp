@@ -35,36 +35,35 @@ TEST_P(ByteRangeTest, parse_answersAsTheServerMust) {
 
 INSTANTIATE_TEST_SUITE_P(
     Headers, ByteRangeTest,
-    ::testing::Values(
-        RangeCase{"bytes=0-0", 10, Kind::kPart, 0, 1},
-        RangeCase{"bytes=2-4", 10, Kind::kPart, 2, 3},
-        RangeCase{"bytes=0-9", 10, Kind::kPart, 0, 10},
-        // The last position is cut to the end of the file.
-        RangeCase{"bytes=5-100", 10, Kind::kPart, 5, 5},
-        RangeCase{"bytes=5-99999999999999999999999", 10, Kind::kPart, 5, 5},
-        RangeCase{"bytes=5-", 10, Kind::kPart, 5, 5},
-        RangeCase{"bytes=9-", 10, Kind::kPart, 9, 1},
-        RangeCase{"bytes=-3", 10, Kind::kPart, 7, 3},
-        RangeCase{"bytes=-10", 10, Kind::kPart, 0, 10},
-        RangeCase{"bytes=-400", 10, Kind::kPart, 0, 10},
-        // Nothing at or past the end, no bytes at all, backwards, garbage.
-        RangeCase{"bytes=10-", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=10-20", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=99999999999999999999999-", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=0-", 0, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=-5", 0, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=-0", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=4-2", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=-", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=a-b", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=1-2-3", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes= 1-2", 10, Kind::kUnsatisfiable, 0, 0},
-        RangeCase{"bytes=+1-2", 10, Kind::kUnsatisfiable, 0, 0},
-        // Several ranges, or another unit: the whole file.
-        RangeCase{"bytes=0-1,4-5", 10, Kind::kWhole, 0, 0},
-        RangeCase{"items=0-1", 10, Kind::kWhole, 0, 0},
-        RangeCase{"", 10, Kind::kWhole, 0, 0}));
+    ::testing::Values(RangeCase{"bytes=0-0", 10, Kind::kPart, 0, 1},
+                      RangeCase{"bytes=2-4", 10, Kind::kPart, 2, 3},
+                      RangeCase{"bytes=0-9", 10, Kind::kPart, 0, 10},
+                      // The last position is cut to the end of the file.
+                      RangeCase{"bytes=5-100", 10, Kind::kPart, 5, 5},
+                      RangeCase{"bytes=5-99999999999999999999999", 10, Kind::kPart, 5, 5},
+                      RangeCase{"bytes=5-", 10, Kind::kPart, 5, 5},
+                      RangeCase{"bytes=9-", 10, Kind::kPart, 9, 1},
+                      RangeCase{"bytes=-3", 10, Kind::kPart, 7, 3},
+                      RangeCase{"bytes=-10", 10, Kind::kPart, 0, 10},
+                      RangeCase{"bytes=-400", 10, Kind::kPart, 0, 10},
+                      // Nothing at or past the end, no bytes at all, backwards, garbage.
+                      RangeCase{"bytes=10-", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=10-20", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=99999999999999999999999-", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=0-", 0, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=-5", 0, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=-0", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=4-2", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=-", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=a-b", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=1-2-3", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes= 1-2", 10, Kind::kUnsatisfiable, 0, 0},
+                      RangeCase{"bytes=+1-2", 10, Kind::kUnsatisfiable, 0, 0},
+                      // Several ranges, or another unit: the whole file.
+                      RangeCase{"bytes=0-1,4-5", 10, Kind::kWhole, 0, 0},
+                      RangeCase{"items=0-1", 10, Kind::kWhole, 0, 0},
+                      RangeCase{"", 10, Kind::kWhole, 0, 0}));
 
 }  // namespace
 }  // namespace vx::engine

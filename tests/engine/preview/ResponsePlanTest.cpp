@@ -53,8 +53,8 @@ void PrintTo(const Found& c, std::ostream* out) {
     *out << ::testing::PrintToString(c.target);
 }
 
-class ResponsePlanFoundTest : public ResponsePlanTest, public ::testing::WithParamInterface<Found> {
-};
+class ResponsePlanFoundTest : public ResponsePlanTest,
+                              public ::testing::WithParamInterface<Found> {};
 
 TEST_P(ResponsePlanFoundTest, pathInThePackage_answersItsFileWhole) {
     const ResponsePlan answer = plan(GetParam().target);
@@ -109,22 +109,21 @@ TEST_P(ResponsePlanMissingTest, nothingToAnswer_saysWhyAndSendsNoBytes) {
 
 INSTANTIATE_TEST_SUITE_P(
     Targets, ResponsePlanMissingTest,
-    ::testing::Values(
-        Missing{"/nothing.js", 404, "not in the package"},
-        Missing{"/css/nothing.css", 404, "not in the package"},
-        Missing{"/INDEX.HTML", 404, "not in the package"},
-        Missing{"/empty/", 404, "not in the package (the folder has no index.html)"},
-        Missing{"/_next/static/app.js", 404,
-                "not in the package: names starting with '_' are never packed"},
-        Missing{"/css/_partial.css", 404,
-                "not in the package: names starting with '_' are never packed"},
-        Missing{"/.well-known/x", 404,
-                "not in the package: names starting with '.' are never packed"},
-        Missing{"/css/.map/_x", 404,
-                "not in the package: names starting with '.' are never packed"},
-        Missing{"/../index.html", 400, "refused: a \".\" or \"..\" path component"},
-        Missing{"/css%5c..%5cindex.html", 400, "refused: a backslash in the path"},
-        Missing{"http://evil/../x", 400, "refused: not a path below the root"}));
+    ::testing::Values(Missing{"/nothing.js", 404, "not in the package"},
+                      Missing{"/css/nothing.css", 404, "not in the package"},
+                      Missing{"/INDEX.HTML", 404, "not in the package"},
+                      Missing{"/empty/", 404, "not in the package (the folder has no index.html)"},
+                      Missing{"/_next/static/app.js", 404,
+                              "not in the package: names starting with '_' are never packed"},
+                      Missing{"/css/_partial.css", 404,
+                              "not in the package: names starting with '_' are never packed"},
+                      Missing{"/.well-known/x", 404,
+                              "not in the package: names starting with '.' are never packed"},
+                      Missing{"/css/.map/_x", 404,
+                              "not in the package: names starting with '.' are never packed"},
+                      Missing{"/../index.html", 400, "refused: a \".\" or \"..\" path component"},
+                      Missing{"/css%5c..%5cindex.html", 400, "refused: a backslash in the path"},
+                      Missing{"http://evil/../x", 400, "refused: not a path below the root"}));
 
 TEST_F(ResponsePlanTest, ifNoneMatch_namingTheFilesTag_answersNotModified) {
     const std::string tag = plan("/css/site.css").etag;

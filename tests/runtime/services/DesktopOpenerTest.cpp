@@ -65,9 +65,8 @@ TEST_F(DesktopOpenerTest, open_passesTheTargetAsOneArgumentWithNoSignalBlocked) 
 TEST_F(DesktopOpenerTest, launcherThatCannotStart_isFalseWithItsReason) {
     const SystemCalls saved = systemCalls;
     systemCalls.posix_spawnp = [](pid_t*, const char*, const posix_spawn_file_actions_t*,
-                                  const posix_spawnattr_t*, char* const[], char* const[]) {
-        return EAGAIN;
-    };
+                                  const posix_spawnattr_t*, char* const[],
+                                  char* const[]) { return EAGAIN; };
     errno = 0;
     const bool started = OpenWithDesktop("/tmp");
     systemCalls = saved;
