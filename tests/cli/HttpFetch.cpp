@@ -1,23 +1,12 @@
 #include "HttpFetch.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <fstream>
 #include <sstream>
 
 #include "ProgramRun.h"
 
 namespace vx::test {
 namespace {
-
-std::string slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    ::unlink(path.c_str());
-    return bytes.str();
-}
 
 // The status line and "Name: value" lines of the last answer in a -D file.
 void readHead(const std::string& head, HttpAnswer& answer) {
@@ -52,8 +41,8 @@ HttpAnswer Fetch(const std::string& origin, const std::string& target,
     arguments.push_back(origin + "/");
     HttpAnswer answer;
     if (RunProgram(arguments) == 0) {
-        readHead(slurp(head), answer);
-        answer.body = slurp(body);
+        readHead(TakeFile(head), answer);
+        answer.body = TakeFile(body);
     }
     return answer;
 }

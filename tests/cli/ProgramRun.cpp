@@ -3,8 +3,11 @@
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <fstream>
+#include <sstream>
 
 extern char** environ;
 
@@ -33,6 +36,14 @@ int RunProgram(std::vector<std::string> argv, const std::string& outPath) {
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string TakeFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    ::unlink(path.c_str());
+    return bytes.str();
 }
 
 }  // namespace vx::test

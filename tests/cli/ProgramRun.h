@@ -10,4 +10,8 @@ namespace vx::test {
 // could not start or did not exit by itself.
 int RunProgram(std::vector<std::string> argv, const std::string& outPath = "");
 
+// The bytes of the file at path, which is then removed: the output a run
+// left behind.
+std::string TakeFile(const std::string& path);
+
 }  // namespace vx::test

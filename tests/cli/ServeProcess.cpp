@@ -10,22 +10,18 @@
 #include <fstream>
 #include <sstream>
 
+#include "VxpkRun.h"
+
 namespace vx::test {
 namespace {
 
 [[noreturn]] void execServe(const std::vector<std::string>& arguments, const std::string& folder,
                             int out, const std::string& errPath) {
     const int err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    if (err < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0 || ::chdir(folder.c_str()) != 0) {
+    if (err < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0) {
         ::_exit(127);
     }
-    std::vector<char*> argv{const_cast<char*>(VXPK_PATH)};
-    for (const auto& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
-    ::execv(VXPK_PATH, argv.data());
-    ::_exit(127);
+    ExecVxpk(arguments, folder);
 }
 
 // The first line the child writes, waiting at most ten seconds for it.

@@ -8,19 +8,11 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
+
+#include "ProgramRun.h"
 
 namespace vx::test {
 namespace {
-
-std::string slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    ::unlink(path.c_str());
-    return bytes.str();
-}
 
 // err is the descriptor for standard error, or -1 for the file errPath.
 [[noreturn]] void execVxpk(const std::vector<std::string>& arguments, const std::string& folder,
@@ -29,17 +21,10 @@ std::string slurp(const std::string& path) {
     if (err < 0) {
         err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     }
-    if (out < 0 || err < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0 ||
-        ::chdir(folder.c_str()) != 0) {
+    if (out < 0 || err < 0 || ::dup2(out, 1) < 0 || ::dup2(err, 2) < 0) {
         ::_exit(127);
     }
-    std::vector<char*> argv{const_cast<char*>(VXPK_PATH)};
-    for (const auto& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
-    ::execv(VXPK_PATH, argv.data());
-    ::_exit(127);
+    ExecVxpk(arguments, folder);
 }
 
 // What the other end of the terminal reads until the last writer has gone.
@@ -59,6 +44,19 @@ std::string readTerminal(int terminal) {
 }
 
 }  // namespace
+
+void ExecVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder) {
+    if (::chdir(workingFolder.c_str()) != 0) {
+        ::_exit(127);
+    }
+    std::vector<char*> argv{const_cast<char*>(VXPK_PATH)};
+    for (const auto& argument : arguments) {
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    }
+    argv.push_back(nullptr);
+    ::execv(VXPK_PATH, argv.data());
+    ::_exit(127);
+}
 
 VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
                    ErrorTo errorTo) {
@@ -89,9 +87,9 @@ VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string&
     int status = 0;
     ::waitpid(child, &status, 0);
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.out = slurp(base + ".out");
+    result.out = TakeFile(base + ".out");
     if (errorTo == ErrorTo::File) {
-        result.err = slurp(base + ".err");
+        result.err = TakeFile(base + ".err");
     }
     return result;
 }

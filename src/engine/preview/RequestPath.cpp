@@ -2,21 +2,10 @@
 
 #include <optional>
 
+#include "runtime/text/Hex.h"
+
 namespace vx::engine {
 namespace {
-
-std::optional<int> hexDigit(char digit) {
-    if (digit >= '0' && digit <= '9') {
-        return digit - '0';
-    }
-    if (digit >= 'a' && digit <= 'f') {
-        return digit - 'a' + 10;
-    }
-    if (digit >= 'A' && digit <= 'F') {
-        return digit - 'A' + 10;
-    }
-    return std::nullopt;
-}
 
 // One pass over the encoded text: what comes out is never looked at for
 // escapes again, so "%252e" stays the three characters "%2e".
@@ -31,12 +20,12 @@ std::optional<std::string> percentDecode(std::string_view encoded) {
         if (at + 2 >= encoded.size()) {
             return std::nullopt;
         }
-        const auto high = hexDigit(encoded[at + 1]);
-        const auto low = hexDigit(encoded[at + 2]);
-        if (!high || !low) {
+        const int high = HexDigitValue(encoded[at + 1]);
+        const int low = HexDigitValue(encoded[at + 2]);
+        if (high < 0 || low < 0) {
             return std::nullopt;
         }
-        decoded += static_cast<char>(*high * 16 + *low);
+        decoded += static_cast<char>(high * 16 + low);
         at += 2;
     }
     return decoded;
