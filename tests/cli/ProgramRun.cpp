@@ -8,12 +8,14 @@
 #include <cerrno>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 extern char** environ;
 
 namespace vx::test {
 
-int RunProgram(std::vector<std::string> argv, const std::string& outPath) {
+int RunProgram(std::vector<std::string> argv, const std::string& outPath,
+               const std::string& errPath) {
     std::vector<char*> pointers;
     for (auto& argument : argv) {
         pointers.push_back(argument.data());
@@ -21,9 +23,11 @@ int RunProgram(std::vector<std::string> argv, const std::string& outPath) {
     pointers.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    if (!outPath.empty()) {
-        posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                         0600);
+    for (const auto& [fd, path] : {std::pair(1, &outPath), std::pair(2, &errPath)}) {
+        if (!path->empty()) {
+            posix_spawn_file_actions_addopen(&actions, fd, path->c_str(),
+                                             O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        }
     }
     pid_t child = 0;
     const int error =

@@ -55,8 +55,8 @@ TEST(vxpkServeBrowserTest, headlessChromium_runsTheAppFromThePackage) {
                     "--disable-component-update", "--disable-sync",
                     "--user-data-dir=" + scratch.makeFolder("profile"),
                     "--virtual-time-budget=5000", "--dump-dom", server.url()},
-                   dom);
-    ASSERT_EQ(status, 0);
+                   dom, scratch.path("chromium.err"));
+    ASSERT_EQ(status, 0) << scratch.readFile("chromium.err");
     const std::string page = scratch.readFile("dom.html");
     EXPECT_NE(page.find("<h1 id=\"title\">script ran</h1>"), std::string::npos) << page;
     EXPECT_NE(page.find("colour rgb(0, 128, 0)"), std::string::npos) << page;
