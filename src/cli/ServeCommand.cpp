@@ -41,9 +41,7 @@ void serve(const ServeOptions& options) {
     // A signal stops the server, and main ends with 128 and its number.
     const engine::InterruptibleWork work;
     const engine::InterruptionAction stop([&server] { server.stop(); });
-    if (engine::InterruptingSignal() == 0) {
-        server.run();
-    }
+    server.run();
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <thread>
 
 #include "engine/core/EngineFailure.h"
 #include "engine/preview/PackageBytes.h"
@@ -151,12 +152,34 @@ int PackageServer::listenOn(int port) {
     return bound;
 }
 
+// The library's stop only ends a server that is already listening, so the
+// listening happens on a thread of its own and this one passes the stop on
+// once it can take effect.
 void PackageServer::run() {
-    server_->listen_after_bind();
+    std::thread listener([this] {
+        server_->listen_after_bind();
+        listening_ = false;
+        stop();
+    });
+    awaitStop();
+    while (listening_ && !server_->is_running()) {
+        std::this_thread::yield();
+    }
+    server_->stop();
+    listener.join();
+}
+
+void PackageServer::awaitStop() {
+    std::unique_lock lock(mutex_);
+    stopAsked_.wait(lock, [this] { return stopping_; });
 }
 
 void PackageServer::stop() {
-    server_->stop();
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+    }
+    stopAsked_.notify_all();
 }
 
 }  // namespace vx::engine

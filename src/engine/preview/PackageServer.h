@@ -1,6 +1,9 @@
 #pragma once
 
+#include <atomic>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 
 #include "engine/preview/ServedPackage.h"
 
@@ -24,13 +27,21 @@ public:
     // Listens on port of 127.0.0.1, or on one the system picks for 0, and
     // gives the port; EngineFailure, a system one, when it cannot.
     int listenOn(int port);
-    // Answers requests until stop is called, from any thread.
+    // Answers requests until stop is called, from any thread, at any time:
+    // a stop asked for before the server began to listen ends it as soon
+    // as it does.
     void run();
     void stop();
 
 private:
+    void awaitStop();
+
     const ServedPackage& package_;
     std::unique_ptr<httplib::Server> server_;
+    std::mutex mutex_;
+    std::condition_variable stopAsked_;
+    bool stopping_ = false;
+    std::atomic<bool> listening_{true};
 };
 
 }  // namespace vx::engine
