@@ -43,9 +43,10 @@ paths=$scratch/serve-paths.txt
 first=$(head -1 "$paths")
 
 server_pid=
+# Under GNU time the server is time's child, and the signal must reach it.
 stop_server() {
     if [ -n "$server_pid" ]; then
-        kill -TERM "$server_pid" 2>/dev/null || true
+        kill -TERM "$(pgrep -P "$server_pid" || echo "$server_pid")" 2>/dev/null || true
         wait "$server_pid" 2>/dev/null || true
         server_pid=
     fi
@@ -124,4 +125,4 @@ theirs=$(rate "http://127.0.0.1:$nginx_port")
 kill -QUIT "$nginx_pid"
 wait "$nginx_pid" || true
 awk -v o="$ours" -v t="$theirs" 'BEGIN { printf "  vxpk serve %.0f  nginx %.0f  ratio %.2f\n", o, t, o / t }'
-echo "peak memory of vxpk serve under that load: $(($(cat "$scratch/serve-peak.kb") / 1024)) MB"
+echo "peak memory of vxpk serve under that load: $(($(tail -1 "$scratch/serve-peak.kb") / 1024)) MB"
