@@ -24,41 +24,9 @@ if [ -n "$vxpk" ] && command -v npm >/dev/null; then
 fi
 steps=${VX_BENCH_STEPS:-$default_steps}
 mkdir -p "$scratch"
+# shellcheck source=bench/compare.sh
+. "$(dirname "$0")/compare.sh"
 
-make_tree() {
-    local kind=$1
-    if [ ! -e "$scratch/$kind.done" ]; then
-        echo "Making the tree '$kind' in $scratch/$kind ..."
-        rm -rf "${scratch:?}/$kind"
-        "$bin_dir/make_tree" "$kind" "$scratch/$kind"
-        touch "$scratch/$kind.done"
-    fi
-}
-
-now_ns() { date +%s%N; }
-
-# Runs the command and appends "wall-seconds cpu-seconds peak-KB" to the file
-# $1. CPU time (user + system) stays honest on a machine that others share,
-# where the wall time also counts the wait for a processor.
-measure() {
-    local results=$1
-    shift
-    local start end
-    start=$(now_ns)
-    /usr/bin/time -f "%U %S %M" -o "$scratch/time.out" "$@" >/dev/null
-    end=$(now_ns)
-    awk -v ns=$((end - start)) '{ printf "%.4f %.2f %d\n", ns / 1e9, $1 + $2, $3 }' \
-        "$scratch/time.out" >>"$results"
-}
-
-# The median of column $2 of the file $1.
-median() {
-    awk -v c="$2" '{ print $c }' "$1" | sort -g |
-        awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'
-}
-
-# Each step names the two commands for a tree in ours_cmd and their_cmd, and
-# what must happen before each run, untimed, in its reset.
 pack_setup() {
     ours_cmd=("$bin_dir/vxpack_bench" "$scratch/$1" "$scratch/out.vxpk")
     their_cmd=(tar -cf "$scratch/out.tar" -C "$scratch" "$1")
@@ -139,49 +107,6 @@ make_archives() {
         tar -cf "$scratch/$kind.tar" -C "$scratch/$kind" .
         touch "$scratch/$kind.archives.done"
     fi
-}
-
-# Runs the step's command of the tool (ours or theirs), behind the words
-# given first: measure and its file, or none.
-run_tool() {
-    local tool=$1
-    shift
-    if [ "$tool" = ours ]; then
-        "$@" "${ours_cmd[@]}"
-    else
-        "$@" "${their_cmd[@]}"
-    fi
-}
-
-compare() {
-    local step=$1 kind=$2
-    local ours="$scratch/$kind.ours" theirs="$scratch/$kind.theirs"
-    rm -f "$ours" "$theirs"
-    their_name=tar
-    "${step}_setup" "$kind"
-    # One untimed run of each first: on a virtual machine, the first large
-    # write after a quiet spell pays for memory that the host took back, and
-    # whichever tool ran first would pay it alone.
-    for tool in ours theirs; do
-        "${step}_reset"
-        run_tool "$tool" >/dev/null
-    done
-    for round in $(seq 1 "$rounds"); do
-        for tool in $( ((round % 2)) && echo "ours theirs" || echo "theirs ours"); do
-            "${step}_reset"
-            run_tool "$tool" measure "$([ "$tool" = ours ] && echo "$ours" || echo "$theirs")"
-        done
-    done
-    "${step}_reset"
-    local peak their_peak
-    peak=$(awk '$3 > m { m = $3 } END { print m }' "$ours")
-    their_peak=$(awk '$3 > m { m = $3 } END { print m }' "$theirs")
-    awk -v s="$step" -v k="$kind" -v t="$their_name" \
-        -v ow="$(median "$ours" 1)" -v tw="$(median "$theirs" 1)" \
-        -v oc="$(median "$ours" 2)" -v tc="$(median "$theirs" 2)" \
-        -v p="$peak" -v tp="$their_peak" -v r="$rounds" 'BEGIN {
-        printf "%-8s %-5s wall: ours %7.3f s  %s %7.3f s  ours/%s %5.3f | cpu: ours %6.2f s  %s %6.2f s  ours/%s %5.3f | peak memory: ours %5.1f MB  %s %5.1f MB  (medians of %d)\n",
-               s, k, ow, t, tw, t, ow / tw, oc, t, tc, t, (tc > 0 ? oc / tc : 0), p / 1024, t, tp / 1024, r }'
 }
 
 # A run right after the last one's clean-up would meet the slow file creation

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # `make bench`: builds the optimised benchmarks and runs every comparison in
 # turn. Give the names of some of them to run only those:
-#   bench/run.sh [pack] [json] [startup] [wizard] [micro] [serve]
+#   bench/run.sh [pack] [diff] [json] [startup] [wizard] [micro] [serve]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 steps=("$@")
-[ ${#steps[@]} -gt 0 ] || steps=(pack json startup wizard micro serve)
+[ ${#steps[@]} -gt 0 ] || steps=(pack diff json startup wizard micro serve)
 
 cmake --preset default >/dev/null
 cmake --build --preset default --target \
@@ -18,6 +18,7 @@ for step in "${steps[@]}"; do
     echo "== $step"
     case "$step" in
         pack) bench/pack.sh "$bin" build/default/src/cli/vxpk ;;
+        diff) bench/diff.sh "$bin" build/default/src/cli/vxpk ;;
         json) "$bin/vx_json_bench" ;;
         startup) bench/startup.sh build/default ;;
         wizard) bench/wizard.sh "$bin" ;;

@@ -11,6 +11,9 @@ void addInfoCommand(CLI::App& app);
 void addVerifyCommand(CLI::App& app);
 void addExtractCommand(CLI::App& app);
 void addCatCommand(CLI::App& app);
+// diff tells the same from different by the exit status, which it sets in
+// status when it ends without failing.
+void addDiffCommand(CLI::App& app, int& status);
 void addServeCommand(CLI::App& app);
 
 }  // namespace vx::cli

@@ -15,6 +15,15 @@ enum ExitCode : int {
     kSystem = 3,
 };
 
+// The exit status of vxpk diff, the one exception to the table above: it
+// answers as diff and cmp do, so that scripts can test it the same way.
+enum DiffExitCode : int {
+    kSame = 0,
+    kDifferent = 1,
+    // A usage error, a package that is not sound, a file that cannot be read.
+    kTrouble = 2,
+};
+
 inline ExitCode exitCodeOf(engine::FailureKind kind) {
     return kind == engine::FailureKind::kUnacceptable ? kUnacceptable : kSystem;
 }

@@ -10,6 +10,10 @@ Ref<JSONItem> NewJsonObject() {
     return item;
 }
 
+Ref<JSONItem> NewJsonArray() {
+    return New<JSONItem>(String("[]"));
+}
+
 Ref<JSONItem> HeaderJson(const vxpkFormat::Header& header) {
     auto document = NewJsonObject();
     document->Value("version", String(vxpkFormat::kVersion));

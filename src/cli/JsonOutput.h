@@ -9,6 +9,9 @@ namespace vx::cli {
 
 // An object that writes "/" as it stands: paths read better that way.
 Ref<JSONItem> NewJsonObject();
+// An array, which stays one when nothing is appended: an empty item would
+// print as an object.
+Ref<JSONItem> NewJsonArray();
 // The header's fields, the version first.
 Ref<JSONItem> HeaderJson(const vxpkFormat::Header& header);
 // A count or a size as a JSON number.

@@ -43,7 +43,7 @@ void printLine(const RecordEntry& entry, const std::string& path, bool longForm)
 // are read.
 void list(const ListOptions& options) {
     vxpkRecordReader reader = engine::openPackage(options.package);
-    auto items = New<JSONItem>();
+    auto items = NewJsonArray();
     engine::withPackage(options.package, [&] {
         while (const auto entry = reader.next()) {
             const std::string path = RecordPath(entry->fields) + (entry->isFolder() ? "/" : "");

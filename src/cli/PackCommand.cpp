@@ -1,12 +1,15 @@
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/Commands.h"
+#include "cli/LeftOutReport.h"
 #include "cli/Progress.h"
 #include "container/PackageDescription.h"
+#include "engine/packing/ExcludeFile.h"
 #include "engine/packing/PackFolder.h"
 #include "runtime/text/TextEncoding.h"
 
@@ -20,12 +23,20 @@ struct PackOptions {
     std::string name;
     std::string uid;
     std::vector<std::string> excludes;
+    std::vector<std::string> excludeFiles;
     bool packageJson = false;
     PackageDescription::Fields fields = PackageDescription::wizardDefaults();
     bool quiet = false;
+    bool verbose = false;
 };
 
-void pack(const PackOptions& options) {
+std::vector<std::string> packWithProgress(const engine::PackRequest& request, bool quiet) {
+    // Gone, and its line ended, before anything else is printed.
+    Progress progress(quiet);
+    return engine::PackFolder(request, progress);
+}
+
+engine::PackRequest requestOf(const PackOptions& options) {
     engine::PackRequest request{.source = options.source,
                                 .package = options.package,
                                 .name = options.name,
@@ -38,8 +49,20 @@ void pack(const PackOptions& options) {
         fields.uid = String(options.uid, Encodings::UTF8);
         request.packageJson = std::string(PackageDescription::document(fields)->ToString().bytes());
     }
-    Progress progress(options.quiet);
-    engine::PackFolder(request, progress);
+    for (const auto& file : options.excludeFiles) {
+        const std::vector<std::string> patterns = engine::readExcludeFile(file);
+        request.excludes.insert(request.excludes.end(), patterns.begin(), patterns.end());
+    }
+    return request;
+}
+
+void pack(const PackOptions& options) {
+    // Told even when quiet: what is missing from a package is no progress.
+    const std::string report =
+        leftOutReport(packWithProgress(requestOf(options), options.quiet), options.verbose);
+    if (!report.empty()) {
+        std::fprintf(stderr, "%s\n", report.c_str());
+    }
 }
 
 void addPackageJsonOption(CLI::App& command, CLI::Option* packageJson, const std::string& name,
@@ -62,9 +85,19 @@ void addPackCommand(CLI::App& app) {
     command->add_option("PACKAGE", options->package, "The package file to write")->required();
     command->add_option("--name", options->name, "The app's display name")->required();
     command->add_option("--uid", options->uid, "The app's identifier")->required();
-    command->add_option("--exclude", options->excludes,
-                        "Leave out entries whose path below SOURCE matches the glob "
-                        "(*, ?, [...], ** for any depth); repeatable");
+    command
+        ->add_option("--exclude", options->excludes,
+                     "Leave out the entries the glob matches, as tar and .gitignore do: "
+                     "without \"/\" it matches a name at any depth, with one the path below "
+                     "SOURCE (a leading \"/\" only anchors it); a trailing \"/\" matches "
+                     "folders only; *, ? and [...] match within a name, ** any depth; "
+                     "repeatable")
+        ->type_name("GLOB");
+    command
+        ->add_option("--exclude-from", options->excludeFiles,
+                     "Read --exclude patterns from FILE, one a line, skipping blank lines "
+                     "and lines that start with #; repeatable")
+        ->type_name("FILE");
     CLI::Option* packageJson =
         command->add_flag("--package-json", options->packageJson,
                           "Put the package.json the App's wizard would write into the package");
@@ -75,7 +108,12 @@ void addPackCommand(CLI::App& app) {
     addPackageJsonOption(*command, packageJson, "--width", fields.width, "window width");
     addPackageJsonOption(*command, packageJson, "--height", fields.height, "window height");
     addPackageJsonOption(*command, packageJson, "--title", fields.title, "window title");
-    command->add_flag("--quiet", options->quiet, "Show no progress");
+    command->add_flag("--quiet", options->quiet,
+                      "Show no progress (what the format left out is still told)");
+    command->add_flag("--verbose", options->verbose,
+                      "Name every entry the format left out (names starting with \"_\" or "
+                      "\".\"); without it, dot-names are only counted and the first few others "
+                      "named");
     command->callback([options] { pack(*options); });
 }
 

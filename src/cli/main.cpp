@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "cli/CommandFailure.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 #include "engine/core/Interruption.h"
@@ -11,9 +12,9 @@ namespace {
 constexpr const char* kExitCodes =
     "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
     "not representable); 2 usage error; 3 a system error (a file that cannot be read or "
-    "written).";
+    "written). vxpk diff alone answers as diff and cmp do: 0 the same, 1 different, 2 trouble.";
 
-int report(vx::cli::ExitCode code, const char* message) {
+int report(int code, const char* message) {
     std::fprintf(stderr, "vxpk: error: %s\n", message);
     return code;
 }
@@ -25,7 +26,7 @@ int main(int argc, char** argv) {
     // the one that watches for them.
     vx::engine::WatchForInterruption();
     CLI::App app(
-        "vxpk packs folder trees into .vxpk packages and lists, checks, safely "
+        "vxpk packs folder trees into .vxpk packages and lists, checks, compares, safely "
         "extracts and serves them.",
         "vxpk");
     app.footer(kExitCodes);
@@ -37,6 +38,8 @@ int main(int argc, char** argv) {
     vx::cli::addVerifyCommand(app);
     vx::cli::addExtractCommand(app);
     vx::cli::addCatCommand(app);
+    int status = vx::cli::kSuccess;
+    vx::cli::addDiffCommand(app, status);
     vx::cli::addServeCommand(app);
     try {
         app.parse(argc, argv);
@@ -45,6 +48,8 @@ int main(int argc, char** argv) {
             return app.exit(error);
         }
         return report(vx::cli::kUsage, (std::string(error.what()) + " (see vxpk --help)").c_str());
+    } catch (const vx::cli::CommandFailure& failure) {
+        return report(failure.exitStatus, failure.what());
     } catch (const vx::engine::Interrupted& interrupted) {
         return 128 + interrupted.signal;
     } catch (const vx::engine::EngineFailure& failure) {
@@ -57,5 +62,5 @@ int main(int argc, char** argv) {
     if (const int signalNumber = vx::engine::InterruptingSignal()) {
         return 128 + signalNumber;
     }
-    return vx::cli::kSuccess;
+    return status;
 }

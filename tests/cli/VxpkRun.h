@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -15,15 +17,41 @@ struct VxpkResult {
 // Where the standard error of a run goes.
 enum class ErrorTo { File, Terminal };
 
-// Runs the vxpk built with the tests in the folder workingFolder, with
-// standard output in a file and standard error in a file or, for a user's
-// view, on a pseudo-terminal that passes the bytes as they are written.
+// The vxpk built with the tests, started in the folder workingFolder with
+// standard output in a file and standard error in a file, or on terminal when
+// one is given. SIGINT, SIGTERM and SIGHUP reach it as they reach a command
+// typed at a shell, at their default action and unblocked, whatever the tests
+// inherited: a background job of a script starts with SIGINT ignored.
+class VxpkChild {
+public:
+    VxpkChild(const std::vector<std::string>& arguments, const std::string& workingFolder,
+              int terminal = -1);
+    // Kills and reaps a child not waited for, so that no test leaves one behind.
+    ~VxpkChild();
+    VxpkChild(const VxpkChild&) = delete;
+    VxpkChild& operator=(const VxpkChild&) = delete;
+
+    bool running() const;
+    void signal(int signalNumber) const;
+    // Waits for the end; err stays empty when standard error is a terminal.
+    VxpkResult wait();
+
+private:
+    std::string base_;
+    bool onTerminal_;
+    pid_t pid_;
+};
+
 // Replaces the calling process, a child just forked, with the vxpk built with
 // the tests, run in workingFolder with its standard output and error as they
-// are; ends it with status 127 when it cannot.
+// are and the signals as a shell would give them; ends it with status 127
+// when it cannot.
 [[noreturn]] void ExecVxpk(const std::vector<std::string>& arguments,
                            const std::string& workingFolder);
 
+// Runs the vxpk built with the tests in the folder workingFolder, with
+// standard output in a file and standard error in a file or, for a user's
+// view, on a pseudo-terminal that passes the bytes as they are written.
 VxpkResult RunVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder,
                    ErrorTo errorTo = ErrorTo::File);
 

@@ -97,6 +97,11 @@ TEST_F(vxpkPackTest, roundTrip_givesTheTreeBackQuietlyWhenNotOnATerminal) {
         run({"cat", "out.vxpk", "css/a.css"}),
         run({"list", "out.vxpk"}),
     };
+    // Only what the format left out is told; nothing else is printed.
+    EXPECT_EQ(results[0].err,
+              "vxpk: left out 2 entries whose names start with \"_\" or \".\", which the format "
+              "never packs: css/_drafts/ (and 1 dot-name; --verbose lists all)\n");
+    results[0].err.clear();
     for (const auto& result : results) {
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_EQ(result.err, "");
@@ -119,10 +124,18 @@ TEST_F(vxpkPackTest, progress_isOneMovingLineOnATerminalUnlessQuiet) {
         std::string items;
         bool shown;
     };
+    // What --exclude leaves out is not told as left out by the format, so
+    // that --quiet leaves nothing to say.
     const std::vector<Case> cases = {
-        {{"pack", "site", "a.vxpk", "--name", "Demo", "--uid", "demo1"}, "7", true},
+        {{"pack", "site", "a.vxpk", "--name", "Demo", "--uid", "demo1", "--exclude", ".git",
+          "--exclude", "_*"},
+         "7",
+         true},
         {{"extract", "a.vxpk", "out"}, "7", true},
-        {{"pack", "site", "b.vxpk", "--name", "Demo", "--uid", "demo1", "--quiet"}, "", false},
+        {{"pack", "site", "b.vxpk", "--name", "Demo", "--uid", "demo1", "--quiet", "--exclude",
+          ".git", "--exclude", "_*"},
+         "",
+         false},
         {{"extract", "a.vxpk", "quiet", "--quiet"}, "", false},
         {{"list", "a.vxpk"}, "", false},
     };
@@ -161,6 +174,32 @@ TEST_F(vxpkPackTest, exclude_leavesOutMatchingPathsAndAllTheyHold) {
                   0);
         EXPECT_EQ(run({"list", "out.vxpk"}).out, listing) << glob;
     }
+}
+
+TEST_F(vxpkPackTest, excludeFrom_addsTheFilesPatternsToThoseGiven) {
+    makeSite("site");
+    scratch.writeFile("site/js/app.js.map", "{}");
+    scratch.writeFile("site/js/lib/z.js.map", "{}");
+    scratch.writeFile("ignore", "# source maps, anywhere\n*.map\n\nimg/\r\n");
+    scratch.writeFile("more", "/Zeta\n");
+    const auto result =
+        run({"pack", "site", "out.vxpk", "--name", "D", "--uid", "d", "--exclude-from", "ignore",
+             "--exclude-from", "more", "--exclude", "package.json", "--quiet"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(run({"list", "out.vxpk"}).out, "css/\ncss/a.css\nindex.html\njs/\njs/lib/\n");
+}
+
+TEST_F(vxpkPackTest, excludeFromAFileThatCannotBeRead_isOneLineAndWritesNothing) {
+    makeSite("site");
+    scratch.makeFolder("folder");
+    for (const std::string file : {"missing", "folder"}) {
+        const auto result =
+            run({"pack", "site", "out.vxpk", "--name", "D", "--uid", "d", "--exclude-from", file});
+        EXPECT_EQ(result.exitCode, 3);
+        EXPECT_EQ(result.err.rfind("vxpk: error: " + file + ": ", 0), 0u) << result.err;
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    }
+    EXPECT_FALSE(std::filesystem::exists(scratch.path("out.vxpk")));
 }
 
 TEST_F(vxpkPackTest, treeTheFormatCannotHold_isRefusedAndNothingIsWritten) {

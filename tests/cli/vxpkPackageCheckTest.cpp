@@ -94,6 +94,10 @@ TEST_F(vxpkPackageCheckTest, json_givesTheHeaderItemsAndVerdict) {
               "{\"version\":\"V001\",\"name\":\"Demo\",\"uid\":\"demo1\",\"folderName\":\"site\","
               "\"items\":[{\"path\":\"d/\",\"type\":\"folder\",\"size\":0,\"offset\":21},"
               "{\"path\":\"d/a\",\"type\":\"file\",\"size\":2,\"offset\":29}]}\n");
+    scratch.writeFile("w/empty.vxpk", EncodePackage({}));
+    EXPECT_EQ(run({"list", "--json", "empty.vxpk"}).out,
+              "{\"version\":\"V001\",\"name\":\"Demo\",\"uid\":\"demo1\",\"folderName\":"
+              "\"site\",\"items\":[]}\n");
     EXPECT_EQ(run({"info", "in.vxpk"}).out,
               "version: V001\nname: Demo\nuid: demo1\nfolder name: site\nfiles: 1\nfolders: 1\n"
               "content bytes: 2\npackage bytes: 40\n");

@@ -19,12 +19,19 @@ std::mutex watchMutex;
 int activeWork = 0;
 std::function<void()> interruptionAction;
 
+// The three, less those the process was started with ignored: nohup leaves
+// SIGHUP ignored, and a shell SIGINT for a background job, and they must stay
+// so. Linux never discards a blocked signal, ignored or not, so one that is
+// blocked and waited for would be heard after all.
 sigset_t watchedSignals() {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGHUP);
+    for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction current {};
+        if (::sigaction(signalNumber, nullptr, &current) == 0 && current.sa_handler != SIG_IGN) {
+            sigaddset(&signals, signalNumber);
+        }
+    }
     return signals;
 }
 

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "engine/core/Interruption.h"
+
 namespace vx::engine {
 namespace {
 
@@ -130,6 +132,12 @@ ContentsCopy::Outcome ContentsCopy::copy(int package, uint64_t offset, uint64_t 
         return outcome;
     }
     while (length > 0) {
+        // Between blocks, so that a large file does not hold a signal up;
+        // the caller stops the work once the file is closed.
+        if (InterruptingSignal() != 0) {
+            outcome.interrupted = true;
+            return outcome;
+        }
         const auto wanted = static_cast<std::size_t>(std::min<uint64_t>(length, kBufferBytes));
         const ssize_t read = readFully(package, buffer_.get(), wanted, offset);
         if (read < 0) {

@@ -18,7 +18,11 @@ public:
         int writeError = 0;
         // The package gave fewer bytes than the record announced.
         bool packageEnded = false;
-        bool whole() const { return readError == 0 && writeError == 0 && !packageEnded; }
+        // A signal asked the work to stop before the copy was done.
+        bool interrupted = false;
+        bool whole() const {
+            return readError == 0 && writeError == 0 && !packageEnded && !interrupted;
+        }
     };
 
     // length bytes at offset of package into out, which is new and empty.

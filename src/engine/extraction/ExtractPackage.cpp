@@ -6,6 +6,7 @@
 
 #include "container/vxpkTreeCheck.h"
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/extraction/FileMaker.h"
 #include "engine/extraction/SafeExtraction.h"
@@ -15,6 +16,9 @@ namespace vx::engine {
 
 void ExtractPackage(const std::string& package, const std::string& destination,
                     WorkProgress& progress) {
+    // Until the tree is in place: a signal removes the temporary folder
+    // instead of ending the process with it beside the destination.
+    const InterruptibleWork interruptible;
     const int fd = openPackageFile(package);
     const auto stream = New<BinaryStream>(fd, false);
     stream->UseIOExceptions = true;
@@ -34,6 +38,7 @@ void ExtractPackage(const std::string& package, const std::string& destination,
         uint64_t done = 0;
         vxpkTreeCheck tree;
         while (const auto entry = reader.next()) {
+            StopIfInterrupted();
             std::string path = tree.admit(*entry);
             if (entry->isFolder()) {
                 extraction.makeFolder(path);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/extraction/ContentsCopy.h"
 
 namespace vx::engine {
@@ -111,9 +112,13 @@ void FileMaker::run() {
 }
 
 void FileMaker::makeOne(const Job& job, ContentsCopy& copy) const {
+    StopIfInterrupted();
     const int out = extraction_.makeFile(job.place, job.relative);
     const ContentsCopy::Outcome outcome = copy.copy(package_, job.offset, job.length, out);
     const int closed = ::close(out) == 0 ? 0 : errno;
+    if (outcome.interrupted) {
+        StopIfInterrupted();
+    }
     if (outcome.readError != 0) {
         failSystem(packagePath_, outcome.readError);
     }

@@ -6,17 +6,24 @@
 
 namespace vx::engine {
 
-// The --exclude patterns of pack. A pattern is matched against an entry's
-// whole path below the source folder, with "/" between components: "*", "?"
-// and "[...]" match within one component, and a component "**" matches any
-// number of components, none included.
+// The --exclude patterns of pack, read as tar and .gitignore read theirs. A
+// pattern without "/" matches an entry's name at any depth; a pattern with a
+// "/" matches the entry's whole path below the source folder (a leading "/"
+// only anchors it there); a trailing "/" makes it match folders only. "*",
+// "?" and "[...]" match within one component, and a component "**" matches
+// any number of components, none included. An empty pattern matches nothing.
 class ExcludeGlob {
 public:
-    explicit ExcludeGlob(std::vector<std::string> patterns);
-    bool excludes(std::string_view relativePath) const;
+    explicit ExcludeGlob(const std::vector<std::string>& patterns);
+    // relativePath has "/" between components.
+    bool excludes(std::string_view relativePath, bool isFolder) const;
 
 private:
-    std::vector<std::vector<std::string>> patterns_;
+    struct Pattern {
+        std::vector<std::string> components;
+        bool folderOnly = false;
+    };
+    std::vector<Pattern> patterns_;
 };
 
 }  // namespace vx::engine

@@ -1,7 +1,10 @@
 #include "engine/packing/PackFolder.h"
 
+#include <utility>
+
 #include "container/vxpkFormat.h"
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/TemporaryFile.h"
 #include "engine/packing/ExcludeGlob.h"
 #include "engine/packing/PackPlan.h"
@@ -20,11 +23,14 @@ void checkHeaderString(const std::string& what, const std::string& text) {
 
 }  // namespace
 
-void PackFolder(const PackRequest& request, WorkProgress& progress) {
+std::vector<std::string> PackFolder(const PackRequest& request, WorkProgress& progress) {
+    // From the walk on, so that a signal stops a long walk too, to the
+    // rename: a signal removes the temporary package instead of ending the
+    // process with it in place.
+    const InterruptibleWork interruptible;
     checkHeaderString("--name", request.name);
     checkHeaderString("--uid", request.uid);
-    const PackPlan plan =
-        planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);
+    PackPlan plan = planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);
     const String folderName =
         New<FolderItem>(String(request.source, nullptr), FolderItem::PathModeNative)->Name();
     checkHeaderString(request.source, std::string(folderName.bytes()));
@@ -38,6 +44,7 @@ void PackFolder(const PackRequest& request, WorkProgress& progress) {
                  progress);
     // A package gets the mode of any new file.
     temporary.commit(0666);
+    return std::move(plan.leftOut);
 }
 
 }  // namespace vx::engine

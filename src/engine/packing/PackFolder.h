@@ -21,7 +21,8 @@ struct PackRequest {
 
 // Packs the folder tree of request.source into request.package, byte for byte
 // as the App's packer would, refusing before anything is written whatever the
-// format cannot hold. The package appears whole or not at all.
-void PackFolder(const PackRequest& request, WorkProgress& progress);
+// format cannot hold. The package appears whole or not at all. Gives what the
+// format's rule left out, as PackPlan::leftOut tells it.
+std::vector<std::string> PackFolder(const PackRequest& request, WorkProgress& progress);
 
 }  // namespace vx::engine

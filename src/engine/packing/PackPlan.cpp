@@ -13,7 +13,9 @@
 
 #include "container/vxpkFormat.h"
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -39,8 +41,10 @@ public:
 
 private:
     std::vector<std::string> entries(int folder, const std::string& relative) const;
-    void add(int folder, const std::string& name, const std::string& relative,
-             const std::string& parent, std::size_t folderItem, Ancestors& ancestors);
+    void noteLeftOut(int folder, const std::string& name, const std::string& relative);
+    void add(int folder, PlannedItem item, Ancestors& ancestors);
+    void addFolder(int folder, PlannedItem item, const struct stat& info, Ancestors& ancestors);
+    void keep(PlannedItem item);
 
     const std::string& source_;
     const ExcludeGlob& exclude_;
@@ -49,6 +53,27 @@ private:
 
 bool isLeftOut(const std::string& name) {
     return name.front() == '.' || name.front() == '_';
+}
+
+void checkNames(const PlannedItem& item) {
+    if (item.name.size() > vxpkFormat::kMaxStringBytes) {
+        failUnacceptable(item.relative, "the name is longer than 255 bytes");
+    }
+    if (item.parent.size() > vxpkFormat::kMaxStringBytes) {
+        failUnacceptable(item.relative, "the parent path is longer than 255 bytes");
+    }
+}
+
+// Symlinks are followed, as the App's packer follows them.
+struct stat statEntry(int folder, const std::string& name, const std::string& relative) {
+    struct stat info;
+    if (systemCalls.fstatat(folder, name.c_str(), &info, 0) != 0) {
+        if (errno == ELOOP) {
+            failUnacceptable(relative, "a symlink that leads into a cycle");
+        }
+        failSystem(relative, errno);
+    }
+    return info;
 }
 
 std::vector<std::string> Planner::entries(int folder, const std::string& relative) const {
@@ -66,7 +91,7 @@ std::vector<std::string> Planner::entries(int folder, const std::string& relativ
     errno = 0;
     while (const dirent* entry = ::readdir(dir.get())) {
         const std::string name = entry->d_name;
-        if (name != "." && name != ".." && !isLeftOut(name)) {
+        if (name != "." && name != "..") {
             names.push_back(name);
         }
     }
@@ -84,68 +109,90 @@ std::vector<std::string> Planner::entries(int folder, const std::string& relativ
 void Planner::walk(int folder, const std::string& relative, const std::string& parent,
                    std::size_t folderItem, Ancestors& ancestors) {
     for (const auto& name : entries(folder, relative)) {
+        StopIfInterrupted();
         const std::string path = relative.empty() ? name : relative + "/" + name;
-        if (!exclude_.excludes(path)) {
-            add(folder, name, path, parent, folderItem, ancestors);
+        // Patterns for any kind of entry decide before the entry is looked
+        // at, so that what they leave out may be anything, even unreadable.
+        if (exclude_.excludes(path, false)) {
+            continue;
+        }
+        if (isLeftOut(name)) {
+            noteLeftOut(folder, name, path);
+        } else {
+            PlannedItem item;
+            item.relative = path;
+            item.name = name;
+            item.parent = parent;
+            item.folder = folderItem;
+            add(folder, std::move(item), ancestors);
         }
     }
 }
 
-void Planner::add(int folder, const std::string& name, const std::string& relative,
-                  const std::string& parent, std::size_t folderItem, Ancestors& ancestors) {
-    if (name.size() > vxpkFormat::kMaxStringBytes) {
-        failUnacceptable(relative, "the name is longer than 255 bytes");
+void Planner::noteLeftOut(int folder, const std::string& name, const std::string& relative) {
+    struct stat info;
+    // An entry that cannot be looked at is no folder; the format leaves it
+    // out all the same.
+    const bool isFolder =
+        systemCalls.fstatat(folder, name.c_str(), &info, 0) == 0 && S_ISDIR(info.st_mode);
+    if (!isFolder) {
+        plan.leftOut.push_back(relative);
+    } else if (!exclude_.excludes(relative, true)) {
+        plan.leftOut.push_back(relative + "/");
     }
-    if (parent.size() > vxpkFormat::kMaxStringBytes) {
-        failUnacceptable(relative, "the parent path is longer than 255 bytes");
-    }
-    PlannedItem item;
-    item.relative = relative;
-    item.name = name;
-    item.parent = parent;
-    item.folder = folderItem;
-    if (packageJson_ && relative == kPackageJsonName) {
+}
+
+void Planner::add(int folder, PlannedItem item, Ancestors& ancestors) {
+    if (packageJson_ && item.relative == kPackageJsonName) {
+        checkNames(item);
         item.generated = *packageJson_;
         item.size = packageJson_->size();
-        plan.contentBytes += item.size;
-        plan.items.push_back(std::move(item));
+        keep(std::move(item));
         return;
     }
-    struct stat info;
-    // Symlinks are followed, as the App's packer follows them.
-    if (::fstatat(folder, name.c_str(), &info, 0) != 0) {
-        if (errno == ELOOP) {
-            failUnacceptable(relative, "a symlink that leads into a cycle");
-        }
-        failSystem(relative, errno);
-    }
+    const struct stat info = statEntry(folder, item.name, item.relative);
     if (S_ISDIR(info.st_mode)) {
-        if (name.find(vxpkFormat::kSeparator) != std::string::npos) {
-            failUnacceptable(relative, "a folder name holding \":\", which reads as a separator");
+        if (!exclude_.excludes(item.relative, true)) {
+            addFolder(folder, std::move(item), info, ancestors);
         }
-        if (!ancestors.emplace(info.st_dev, info.st_ino).second) {
-            failUnacceptable(relative, "a symlink that leads into a cycle");
-        }
-        item.isFolder = true;
-        const std::size_t index = plan.items.size();
-        plan.items.push_back(std::move(item));
-        const OwnedDescriptor inside(
-            ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (inside.fd() < 0) {
-            failSystem(relative, errno);
-        }
-        walk(inside.fd(), relative, parent.empty() ? name : parent + vxpkFormat::kSeparator + name,
-             index, ancestors);
-        ancestors.erase({info.st_dev, info.st_ino});
         return;
     }
+    checkNames(item);
     if (!S_ISREG(info.st_mode)) {
-        failUnacceptable(relative, "neither a file nor a folder (a FIFO, socket or device)");
+        failUnacceptable(item.relative, "neither a file nor a folder (a FIFO, socket or device)");
     }
     if (static_cast<uint64_t>(info.st_size) > vxpkFormat::kMaxContentsBytes) {
-        failUnacceptable(relative, "a file of 2 GiB or more");
+        failUnacceptable(item.relative, "a file of 2 GiB or more");
     }
     item.size = static_cast<uint64_t>(info.st_size);
+    keep(std::move(item));
+}
+
+void Planner::addFolder(int folder, PlannedItem item, const struct stat& info,
+                        Ancestors& ancestors) {
+    checkNames(item);
+    if (item.name.find(vxpkFormat::kSeparator) != std::string::npos) {
+        failUnacceptable(item.relative, "a folder name holding \":\", which reads as a separator");
+    }
+    if (!ancestors.emplace(info.st_dev, info.st_ino).second) {
+        failUnacceptable(item.relative, "a symlink that leads into a cycle");
+    }
+    const OwnedDescriptor inside(
+        ::openat(folder, item.name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (inside.fd() < 0) {
+        failSystem(item.relative, errno);
+    }
+    const std::string relative = item.relative;
+    const std::string parent =
+        item.parent.empty() ? item.name : item.parent + vxpkFormat::kSeparator + item.name;
+    item.isFolder = true;
+    const std::size_t index = plan.items.size();
+    keep(std::move(item));
+    walk(inside.fd(), relative, parent, index, ancestors);
+    ancestors.erase({info.st_dev, info.st_ino});
+}
+
+void Planner::keep(PlannedItem item) {
     plan.contentBytes += item.size;
     plan.items.push_back(std::move(item));
 }

@@ -32,6 +32,12 @@ struct PlannedItem {
 struct PackPlan {
     std::vector<PlannedItem> items;
     uint64_t contentBytes = 0;
+    // What the format's rule left out, for the user to hear of: the entries
+    // whose names begin with "." or "_", in the order of the walk, below the
+    // source folder with "/" between components, folders ending in "/". A
+    // folder counts once, as what it holds is never walked; what --exclude
+    // leaves out is not here.
+    std::vector<std::string> leftOut;
 };
 
 // Walks source as the App's packer does (entries sorted by the bytes of their
@@ -39,7 +45,8 @@ struct PackPlan {
 // refuses, before anything is written, whatever the format cannot hold
 // faithfully: contents of 2 GiB or more, a name or parent over 255 bytes, a
 // folder name holding ":", a symlink that leads into a cycle, and anything
-// that is neither file nor folder. With generatedPackageJson, a top-level
+// that is neither file nor folder; what exclude leaves out is not refused,
+// whatever it is. With generatedPackageJson, a top-level
 // package.json holds it, in place of whatever stands in the source.
 PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
                   const std::optional<std::string>& generatedPackageJson);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/packing/SourceFolders.h"
 
@@ -154,6 +155,7 @@ void PieceWriter::work(const std::vector<Piece>& pieces) {
         }
         const Piece& piece = pieces[index];
         try {
+            StopIfInterrupted();
             if (piece.part) {
                 writePart(piece, folders, buffer);
             } else {
@@ -268,6 +270,7 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
     }
     buffer.resize(kWriteBytes);
     for (uint64_t done = 0; done < piece.contentsBytes;) {
+        StopIfInterrupted();
         const auto count =
             static_cast<std::size_t>(std::min<uint64_t>(kWriteBytes, piece.contentsBytes - done));
         readContents(item, file.fd(), buffer.data(), count, piece.contentsFrom + done);

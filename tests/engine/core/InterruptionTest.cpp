@@ -75,6 +75,21 @@ TEST_P(InterruptionTest, signalDuringWork_runsTheActionAndKeepsGoing) {
         ::testing::ExitedWithCode(signalNumber), "");
 }
 
+TEST_P(InterruptionTest, signalIgnoredAtStart_staysIgnored) {
+    const int signalNumber = GetParam();
+    EXPECT_EXIT(
+        {
+            // As nohup starts a command, or a shell a background job.
+            ::signal(signalNumber, SIG_IGN);
+            WatchForInterruption();
+            ::kill(::getpid(), signalNumber);
+            // Time for the watcher to end the process, were it listening.
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            std::_Exit(InterruptingSignal());
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, InterruptionTest, ::testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(InterruptionNoSignal, stopIfInterrupted_withoutASignal_goesOn) {
