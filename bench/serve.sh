@@ -21,17 +21,14 @@ for tool in wrk nginx curl /usr/bin/time; do
     command -v "$tool" >/dev/null ||
         { echo "serve: $tool is missing (scripts/install-deps.sh bench installs it)" >&2; exit 2; }
 done
+# make_tree, now_ns and median.
+# shellcheck source=bench/compare.sh
+. "$(dirname "$0")/compare.sh"
 mkdir -p "$scratch"
 package=$scratch/many-serve.vxpk
 tree=$scratch/many-serve-extracted
-now_ns() { date +%s%N; }
 
-if [ ! -e "$scratch/many.done" ]; then
-    echo "Making the tree 'many' in $scratch/many ..."
-    rm -rf "${scratch:?}/many"
-    "$bin_dir/make_tree" many "$scratch/many"
-    touch "$scratch/many.done"
-fi
+make_tree many
 if [ ! -e "$package" ] || [ ! -d "$tree" ]; then
     rm -rf "$package" "$tree"
     "$vxpk" pack "$scratch/many" "$package" --name Many --uid bench.many --quiet
@@ -78,8 +75,7 @@ for _ in $(seq "$rounds"); do
     stop_server
     echo $(((end - start) / 1000000)) >>"$scratch/serve-start.times"
 done
-sort -n "$scratch/serve-start.times" | awk '{ v[NR] = $1 } END { printf "  vxpk serve %d ms (all: ", v[int((NR + 1) / 2)] }'
-tr '\n' ' ' <"$scratch/serve-start.times"; echo ")"
+echo "  vxpk serve $(median "$scratch/serve-start.times" 1) ms (all: $(tr '\n' ' ' <"$scratch/serve-start.times"))"
 
 cat >"$scratch/serve-paths.lua" <<LUA
 local paths = {}
