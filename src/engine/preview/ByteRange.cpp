@@ -48,16 +48,16 @@ ByteRange ParseByteRange(std::string_view header, uint64_t size) {
     if (!header.starts_with(kUnit) || header.find(',') != std::string_view::npos) {
         return {};
     }
-    const std::string_view spec = header.substr(kUnit.size());
-    const size_t dash = spec.find('-');
+    const std::string_view asked = header.substr(kUnit.size());
+    const size_t dash = asked.find('-');
     if (dash == std::string_view::npos) {
         return kUnsatisfiable;
     }
     if (dash == 0) {
-        return suffix(spec.substr(1), size);
+        return suffix(asked.substr(1), size);
     }
-    const auto first = position(spec.substr(0, dash));
-    const std::string_view lastText = spec.substr(dash + 1);
+    const auto first = position(asked.substr(0, dash));
+    const std::string_view lastText = asked.substr(dash + 1);
     const auto last = lastText.empty() ? std::optional(size - 1) : position(lastText);
     if (!first || !last || *first > *last || *first >= size) {
         return kUnsatisfiable;
