@@ -1,14 +1,11 @@
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
-#include <cerrno>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "cli/Commands.h"
 #include "container/vxpkTreeCheck.h"
 #include "engine/core/EngineFailure.h"
+#include "engine/core/StandardStreams.h"
 #include "engine/reading/PackageInput.h"
 
 namespace vx::cli {
@@ -33,26 +30,11 @@ RecordEntry findFile(vxpkRecordReader& reader, const CatOptions& options) {
     engine::failUnacceptable(options.package, "no file " + options.path + " in the package");
 }
 
-// Standard output may be a pipe or a file opened for appending, so the bytes
-// go out with plain writes in order, never at an offset.
-void writeOut(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0) {
-            engine::failSystem("standard output", errno);
-        }
-        bytes.remove_prefix(static_cast<size_t>(written));
-    }
-}
-
 void cat(const CatOptions& options) {
     vxpkRecordReader reader = engine::openPackage(options.package);
     engine::withPackage(options.package, [&] {
         findFile(reader, options);
-        reader.readContents(writeOut);
+        reader.readContents(engine::WriteStandardOutput);
     });
 }
 

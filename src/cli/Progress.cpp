@@ -1,8 +1,8 @@
 #include "cli/Progress.h"
 
-#include <unistd.h>
-
 #include <cstdio>
+
+#include "engine/core/StandardStreams.h"
 
 namespace vx::cli {
 namespace {
@@ -14,7 +14,7 @@ constexpr double kMiB = 1024.0 * 1024.0;
 }  // namespace
 
 Progress::Progress(bool quiet)
-    : enabled_(!quiet && ::isatty(STDERR_FILENO) == 1),
+    : enabled_(!quiet && engine::StandardErrorIsTerminal()),
       start_(std::chrono::steady_clock::now()),
       lastShown_(start_) {}
 

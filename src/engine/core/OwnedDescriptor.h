@@ -1,6 +1,6 @@
 #pragma once
 
-#include <unistd.h>
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 
@@ -10,7 +10,7 @@ public:
     explicit OwnedDescriptor(int fd) : fd_(fd) {}
     ~OwnedDescriptor() {
         if (fd_ >= 0) {
-            ::close(fd_);
+            systemCalls.close(fd_);
         }
     }
     OwnedDescriptor(const OwnedDescriptor&) = delete;

@@ -1,13 +1,12 @@
 #include "engine/core/TemporaryFile.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include <fcntl.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 
 #include "engine/core/EngineFailure.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 
@@ -18,7 +17,7 @@ TemporaryFile::TemporaryFile(const std::string& target) : target_(target) {
     path_ =
         (place.parent_path() / std::string(".").append(place.filename().string()).append(".XXXXXX"))
             .string();
-    fd_ = ::mkstemp(path_.data());
+    fd_ = systemCalls.mkstemp(path_.data());
     if (fd_ < 0) {
         failSystem(target, errno);
     }
@@ -26,23 +25,24 @@ TemporaryFile::TemporaryFile(const std::string& target) : target_(target) {
 
 TemporaryFile::~TemporaryFile() {
     if (fd_ >= 0) {
-        ::close(fd_);
+        systemCalls.close(fd_);
     }
     if (!committed_) {
-        ::unlink(path_.c_str());
+        systemCalls.unlinkat(AT_FDCWD, path_.c_str(), 0);
     }
 }
 
 void TemporaryFile::commit(unsigned mode) {
-    const int closed = ::close(fd_);
+    const int closed = systemCalls.close(fd_);
     fd_ = -1;
     if (closed != 0) {
         failSystem(target_, errno);
     }
     // mkstemp makes the file private; the file gets the mode asked for.
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    if (::chmod(path_.c_str(), mode & ~mask) != 0 || ::rename(path_.c_str(), target_.c_str())) {
+    const mode_t mask = systemCalls.umask(0);
+    systemCalls.umask(mask);
+    if (systemCalls.fchmodat(AT_FDCWD, path_.c_str(), mode & ~mask, 0) != 0 ||
+        systemCalls.renameat(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str()) != 0) {
         failSystem(target_, errno);
     }
     committed_ = true;

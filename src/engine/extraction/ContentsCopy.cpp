@@ -1,7 +1,6 @@
 #include "engine/extraction/ContentsCopy.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -9,6 +8,8 @@
 #include <new>
 
 #include "engine/core/Interruption.h"
+#include "runtime/files/FullCalls.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -26,57 +27,37 @@ constexpr std::size_t kBufferBytes = std::size_t{4} << 20;
 constexpr uint64_t kDirectFromBytes = uint64_t{8} << 20;
 
 bool setDirect(int fd, bool direct) {
-    const int flags = ::fcntl(fd, F_GETFL);
-    return flags >= 0 && ::fcntl(fd, F_SETFL, direct ? flags | O_DIRECT : flags & ~O_DIRECT) == 0;
-}
-
-// Reads until count bytes or the end of the file.
-ssize_t readFully(int fd, char* data, std::size_t count, uint64_t offset) {
-    std::size_t got = 0;
-    while (got < count) {
-        const ssize_t read = ::pread(fd, data + got, count - got, static_cast<off_t>(offset + got));
-        if (read < 0 && errno == EINTR) {
-            continue;
-        }
-        if (read < 0) {
-            return -1;
-        }
-        if (read == 0) {
-            break;
-        }
-        got += static_cast<std::size_t>(read);
-    }
-    return static_cast<ssize_t>(got);
+    const int flags = systemCalls.fcntl(fd, F_GETFL, 0);
+    return flags >= 0 &&
+           systemCalls.fcntl(fd, F_SETFL, direct ? flags | O_DIRECT : flags & ~O_DIRECT) == 0;
 }
 
 // Writes count bytes: whole blocks directly while direct holds, the rest, and
 // everything once a direct write is refused, through the cache.
-bool writeFully(int fd, const char* data, std::size_t count, bool& direct) {
+bool writeAllowingDirect(int fd, const char* data, std::size_t count, bool& direct) {
     std::size_t done = 0;
     while (done < count) {
         const std::size_t piece = direct ? (count - done) / kAlignment * kAlignment : count - done;
-        if (piece == 0 || (direct && done % kAlignment != 0)) {
-            if (!setDirect(fd, false)) {
-                return false;
-            }
-            direct = false;
-            continue;
-        }
-        const ssize_t written = ::write(fd, data + done, piece);
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0 && errno == EINVAL && direct) {
+        if (direct && (piece == 0 || done % kAlignment != 0)) {
             direct = false;
             if (!setDirect(fd, false)) {
                 return false;
             }
             continue;
         }
-        if (written < 0) {
+        const FullResult written = writeFully(fd, data + done, piece);
+        done += static_cast<std::size_t>(written.bytes);
+        if (written.error == EINVAL && direct) {
+            direct = false;
+            if (!setDirect(fd, false)) {
+                return false;
+            }
+            continue;
+        }
+        if (written.error != 0) {
+            errno = written.error;
             return false;
         }
-        done += static_cast<std::size_t>(written);
     }
     return true;
 }
@@ -86,27 +67,17 @@ bool writeFully(int fd, const char* data, std::size_t count, bool& direct) {
 // these two files, with offset and length left for the copy through memory.
 bool copyInKernel(int package, uint64_t& offset, uint64_t& length, int out,
                   ContentsCopy::Outcome& outcome) {
-    while (length > 0) {
-        auto from = static_cast<off_t>(offset);
-        const ssize_t moved = ::copy_file_range(package, &from, out, nullptr, length, 0);
-        if (moved < 0 && errno == EINTR) {
-            continue;
-        }
-        if (moved < 0 &&
-            (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
-            return false;
-        }
-        if (moved < 0) {
-            // Which file failed is not told; writing the new file is the likelier.
-            outcome.writeError = errno;
-            return true;
-        }
-        if (moved == 0) {
-            outcome.packageEnded = true;
-            return true;
-        }
-        offset += static_cast<uint64_t>(moved);
-        length -= static_cast<uint64_t>(moved);
+    const FullResult copied = copyInKernelFully(package, offset, out, std::nullopt, length, length);
+    offset += copied.bytes;
+    length -= copied.bytes;
+    if (kernelCopyUnsupported(copied.error)) {
+        return false;
+    }
+    if (copied.error != 0) {
+        (kernelCopyDestinationFailed(copied.error) ? outcome.writeError : outcome.readError) =
+            copied.error;
+    } else if (length > 0) {
+        outcome.packageEnded = true;
     }
     return true;
 }
@@ -139,16 +110,16 @@ ContentsCopy::Outcome ContentsCopy::copy(int package, uint64_t offset, uint64_t 
             return outcome;
         }
         const auto wanted = static_cast<std::size_t>(std::min<uint64_t>(length, kBufferBytes));
-        const ssize_t read = readFully(package, buffer_.get(), wanted, offset);
-        if (read < 0) {
-            outcome.readError = errno;
+        const FullResult read = readFullyAt(package, buffer_.get(), wanted, offset);
+        if (read.error != 0) {
+            outcome.readError = read.error;
             return outcome;
         }
-        if (static_cast<std::size_t>(read) < wanted) {
+        if (read.bytes < wanted) {
             outcome.packageEnded = true;
             return outcome;
         }
-        if (!writeFully(out, buffer_.get(), wanted, direct)) {
+        if (!writeAllowingDirect(out, buffer_.get(), wanted, direct)) {
             outcome.writeError = errno;
             return outcome;
         }

@@ -1,7 +1,5 @@
 #include "engine/extraction/ExtractPackage.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 
 #include "container/vxpkTreeCheck.h"
@@ -11,6 +9,7 @@
 #include "engine/extraction/FileMaker.h"
 #include "engine/extraction/SafeExtraction.h"
 #include "engine/reading/PackageInput.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 
@@ -25,7 +24,7 @@ void ExtractPackage(const std::string& package, const std::string& destination,
     // The files' contents are read on the maker's threads through a second
     // descriptor of the same open file: they read the very file the reader
     // checks, at offsets of their own.
-    const OwnedDescriptor contents(::dup(fd));
+    const OwnedDescriptor contents(systemCalls.dup(fd));
     if (contents.fd() < 0) {
         failSystem(package, errno);
     }

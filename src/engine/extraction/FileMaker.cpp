@@ -1,13 +1,12 @@
 #include "engine/extraction/FileMaker.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <utility>
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
 #include "engine/extraction/ContentsCopy.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -52,9 +51,10 @@ void FileMaker::raiseFailure() {
 
 void FileMaker::make(ItemPlace place, std::string relative, uint64_t offset, uint64_t length) {
     std::unique_lock lock(mutex_);
-    if (jobs_.size() >= kMostQueued) {
+    if (jobs_.size() >= kMostQueued || failure_) {
         ownerWaiting_ = true;
-        ownerMayGoOn_.wait(lock, [this] { return jobs_.size() <= kRefillBelow || failure_; });
+        ownerMayGoOn_.wait(lock,
+                           [this] { return failure_ ? busy_ == 0 : jobs_.size() <= kRefillBelow; });
         ownerWaiting_ = false;
     }
     raiseFailure();
@@ -69,7 +69,10 @@ void FileMaker::make(ItemPlace place, std::string relative, uint64_t offset, uin
 void FileMaker::finish() {
     std::unique_lock lock(mutex_);
     ownerWaiting_ = true;
-    ownerMayGoOn_.wait(lock, [this] { return (jobs_.empty() && busy_ == 0) || failure_; });
+    // A failure empties the queue; the files begun before it still end, so
+    // that the one told is the earliest in the package whichever thread
+    // failed first.
+    ownerMayGoOn_.wait(lock, [this] { return jobs_.empty() && busy_ == 0; });
     ownerWaiting_ = false;
     raiseFailure();
 }
@@ -96,8 +99,11 @@ void FileMaker::run() {
         }
         lock.lock();
         --busy_;
-        if (failure) {
+        if (failure && (!failure_ || job.offset < failedOffset_)) {
             failure_ = failure;
+            failedOffset_ = job.offset;
+        }
+        if (failure) {
             jobs_.clear();
             stopping_ = true;
             workToDo_.notify_all();
@@ -115,7 +121,7 @@ void FileMaker::makeOne(const Job& job, ContentsCopy& copy) const {
     StopIfInterrupted();
     const int out = extraction_.makeFile(job.place, job.relative);
     const ContentsCopy::Outcome outcome = copy.copy(package_, job.offset, job.length, out);
-    const int closed = ::close(out) == 0 ? 0 : errno;
+    const int closed = systemCalls.close(out) == 0 ? 0 : errno;
     if (outcome.interrupted) {
         StopIfInterrupted();
     }

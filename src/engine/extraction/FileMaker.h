@@ -59,6 +59,8 @@ private:
     bool ownerWaiting_ = false;
     bool stopping_ = false;
     std::exception_ptr failure_;
+    // Where the contents of the file that failed start, for package order.
+    uint64_t failedOffset_ = 0;
     std::vector<std::thread> threads_;
 };
 

@@ -2,8 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -11,6 +9,8 @@
 #include <memory>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/core/RemoveTree.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -18,11 +18,17 @@ namespace {
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 bool isEmptyFolder(const std::string& path) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(path.c_str()), ::closedir);
+    const int fd = systemCalls.openat(AT_FDCWD, path.c_str(), kFolderFlags, 0);
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(fd < 0 ? nullptr : systemCalls.fdopendir(fd),
+                                                  systemCalls.closedir);
     if (!dir) {
-        failSystem(path, errno);
+        const int error = errno;
+        if (fd >= 0) {
+            systemCalls.close(fd);
+        }
+        failSystem(path, error);
     }
-    while (const dirent* entry = ::readdir(dir.get())) {
+    while (const dirent* entry = systemCalls.readdir(dir.get())) {
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..") {
             return false;
@@ -33,7 +39,7 @@ bool isEmptyFolder(const std::string& path) {
 
 void checkDestination(const std::string& destination) {
     struct stat info;
-    if (::lstat(destination.c_str(), &info) != 0) {
+    if (systemCalls.fstatat(AT_FDCWD, destination.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) {
         if (errno != ENOENT) {
             failSystem(destination, errno);
         }
@@ -57,13 +63,13 @@ SafeExtraction::SafeExtraction(const std::string& destination) : destination_(de
     const std::string hidden =
         std::string(".").append(target.filename().string()).append(".XXXXXX");
     temporary_ = (target.parent_path() / hidden).string();
-    if (::mkdtemp(temporary_.data()) == nullptr) {
+    if (systemCalls.mkdtemp(temporary_.data()) == nullptr) {
         failSystem(destination, errno);
     }
-    const int root = ::open(temporary_.c_str(), kFolderFlags);
+    const int root = systemCalls.openat(AT_FDCWD, temporary_.c_str(), kFolderFlags, 0);
     if (root < 0) {
         const int error = errno;
-        ::rmdir(temporary_.c_str());
+        systemCalls.unlinkat(AT_FDCWD, temporary_.c_str(), AT_REMOVEDIR);
         failSystem(temporary_, error);
     }
     root_ = std::make_shared<const FolderHandle>(root);
@@ -73,8 +79,7 @@ SafeExtraction::~SafeExtraction() {
     chain_.clear();
     root_.reset();
     if (!committed_) {
-        std::error_code ignored;
-        std::filesystem::remove_all(temporary_, ignored);
+        RemoveTree(temporary_);
     }
 }
 
@@ -89,7 +94,8 @@ std::shared_ptr<const FolderHandle> SafeExtraction::folderHandle(std::string_vie
         }
         if (depth == chain_.size()) {
             const int parent = depth == 0 ? root_->fd() : chain_.back().second->fd();
-            const int handle = ::openat(parent, std::string(name).c_str(), kFolderFlags);
+            const int handle =
+                systemCalls.openat(parent, std::string(name).c_str(), kFolderFlags, 0);
             if (handle < 0) {
                 failSystem(destination_ + "/" + std::string(folder), errno);
             }
@@ -112,14 +118,14 @@ ItemPlace SafeExtraction::placeOf(const std::string& relative) {
 
 void SafeExtraction::makeFolder(const std::string& relative) {
     const ItemPlace place = placeOf(relative);
-    if (::mkdirat(place.folder->fd(), place.name.c_str(), 0755) != 0) {
+    if (systemCalls.mkdirat(place.folder->fd(), place.name.c_str(), 0755) != 0) {
         failSystem(destination_ + "/" + relative, errno);
     }
 }
 
 int SafeExtraction::makeFile(const ItemPlace& place, const std::string& relative) const {
-    const int fd = ::openat(place.folder->fd(), place.name.c_str(),
-                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+    const int fd = systemCalls.openat(place.folder->fd(), place.name.c_str(),
+                                      O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
     if (fd < 0) {
         failSystem(destination_ + "/" + relative, errno);
     }
@@ -128,13 +134,13 @@ int SafeExtraction::makeFile(const ItemPlace& place, const std::string& relative
 
 void SafeExtraction::commit() {
     // mkdtemp makes the folder private; the tree's top gets a folder's mode.
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    if (::fchmod(root_->fd(), 0755 & ~mask) != 0) {
+    const mode_t mask = systemCalls.umask(0);
+    systemCalls.umask(mask);
+    if (systemCalls.fchmod(root_->fd(), 0755 & ~mask) != 0) {
         failSystem(temporary_, errno);
     }
     // An empty destination folder is replaced by the rename itself.
-    if (::rename(temporary_.c_str(), destination_.c_str()) != 0) {
+    if (systemCalls.renameat(AT_FDCWD, temporary_.c_str(), AT_FDCWD, destination_.c_str()) != 0) {
         failSystem(destination_, errno);
     }
     committed_ = true;

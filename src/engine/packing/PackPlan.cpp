@@ -1,9 +1,6 @@
 #include "engine/packing/PackPlan.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -78,18 +75,18 @@ struct stat statEntry(int folder, const std::string& name, const std::string& re
 
 std::vector<std::string> Planner::entries(int folder, const std::string& relative) const {
     const bool top = relative.empty();
-    const int listed = ::dup(folder);
-    const std::unique_ptr<DIR, int (*)(DIR*)> dir(listed < 0 ? nullptr : ::fdopendir(listed),
-                                                  ::closedir);
+    const int listed = systemCalls.dup(folder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> dir(
+        listed < 0 ? nullptr : systemCalls.fdopendir(listed), systemCalls.closedir);
     if (!dir) {
         if (listed >= 0) {
-            ::close(listed);
+            systemCalls.close(listed);
         }
         failSystem(top ? source_ : relative, errno);
     }
     std::vector<std::string> names;
     errno = 0;
-    while (const dirent* entry = ::readdir(dir.get())) {
+    while (const dirent* entry = systemCalls.readdir(dir.get())) {
         const std::string name = entry->d_name;
         if (name != "." && name != "..") {
             names.push_back(name);
@@ -178,7 +175,7 @@ void Planner::addFolder(int folder, PlannedItem item, const struct stat& info,
         failUnacceptable(item.relative, "a symlink that leads into a cycle");
     }
     const OwnedDescriptor inside(
-        ::openat(folder, item.name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        systemCalls.openat(folder, item.name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
     if (inside.fd() < 0) {
         failSystem(item.relative, errno);
     }
@@ -202,13 +199,14 @@ void Planner::keep(PlannedItem item) {
 PackPlan planPack(const std::string& source, const ExcludeGlob& exclude,
                   const std::optional<std::string>& generatedPackageJson) {
     struct stat info;
-    if (::stat(source.c_str(), &info) != 0) {
+    if (systemCalls.stat(source.c_str(), &info) != 0) {
         failSystem(source, errno);
     }
     if (!S_ISDIR(info.st_mode)) {
         failSystem(source, ENOTDIR);
     }
-    const OwnedDescriptor top(::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const OwnedDescriptor top(
+        systemCalls.openat(AT_FDCWD, source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
     if (top.fd() < 0) {
         failSystem(source, errno);
     }

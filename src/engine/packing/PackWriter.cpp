@@ -1,8 +1,6 @@
 #include "engine/packing/PackWriter.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -17,6 +15,8 @@
 #include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/packing/SourceFolders.h"
+#include "runtime/files/FullCalls.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -125,9 +125,9 @@ private:
     void writeRun(const Piece& piece, SourceFolders& folders, std::string& buffer);
     void writePart(const Piece& piece, SourceFolders& folders, std::string& buffer);
     int openFile(const PlannedItem& item, SourceFolders& folders) const;
-    void writeAt(const PlannedItem& item, const char* data, std::size_t count,
-                 uint64_t offset) const;
-    [[noreturn]] void failWrite(const PlannedItem& item, int error) const;
+    // Writes the bytes of items from first on, or of a part of first.
+    void writeAt(std::size_t first, const char* data, std::size_t count, uint64_t offset) const;
+    [[noreturn]] void failWrite(std::size_t first, uint64_t written, int error) const;
 
     int out_;
     const std::string& package_;
@@ -172,40 +172,39 @@ void PieceWriter::work(const std::vector<Piece>& pieces) {
     }
 }
 
-[[noreturn]] void PieceWriter::failWrite(const PlannedItem& item, int error) const {
-    throw EngineFailure(FailureKind::kSystem,
-                        item.relative + " into " + package_ + ": " + std::strerror(error));
+// A write of the items from first on failed after written bytes: the
+// failure names the item that it failed in.
+[[noreturn]] void PieceWriter::failWrite(std::size_t first, uint64_t written, int error) const {
+    std::size_t index = first;
+    uint64_t end = vxpkFormat::recordBytes(recordOf(plan_.items[index])) + plan_.items[index].size;
+    while (end <= written && index + 1 < plan_.items.size()) {
+        ++index;
+        end += vxpkFormat::recordBytes(recordOf(plan_.items[index])) + plan_.items[index].size;
+    }
+    throw EngineFailure(FailureKind::kSystem, plan_.items[index].relative + " into " + package_ +
+                                                  ": " + std::strerror(error));
 }
 
-void PieceWriter::writeAt(const PlannedItem& item, const char* data, std::size_t count,
+void PieceWriter::writeAt(std::size_t first, const char* data, std::size_t count,
                           uint64_t offset) const {
-    while (count > 0) {
-        const ssize_t written =
-            ::pwrite(out_, data, std::min(count, kWriteBytes), static_cast<off_t>(offset));
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written <= 0) {
-            failWrite(item, written < 0 ? errno : EIO);
-        }
-        data += written;
-        count -= static_cast<std::size_t>(written);
-        offset += static_cast<uint64_t>(written);
+    const FullResult written = writeFullyAt(out_, data, count, offset, kWriteBytes);
+    if (written.error != 0) {
+        failWrite(first, written.bytes, written.error);
     }
 }
 
 int PieceWriter::openFile(const PlannedItem& item, SourceFolders& folders) const {
     // Non-blocking, so that something swapped in for a file since the walk
     // cannot hold the command up; it is refused by the checks below.
-    const int fd =
-        ::openat(folders.handle(item.folder), item.name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const int fd = systemCalls.openat(folders.handle(item.folder), item.name.c_str(),
+                                      O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
     if (fd < 0) {
         failSystem(item.relative, errno);
     }
     struct stat info;
-    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
+    if (systemCalls.fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
         static_cast<uint64_t>(info.st_size) != item.size) {
-        ::close(fd);
+        systemCalls.close(fd);
         failUnacceptable(item.relative, "changed while it was packed");
     }
     return fd;
@@ -214,20 +213,12 @@ int PieceWriter::openFile(const PlannedItem& item, SourceFolders& folders) const
 // Reads count bytes at offset of fd to data; a file that gives fewer has
 // changed since the walk.
 void readContents(const PlannedItem& item, int fd, char* data, std::size_t count, uint64_t offset) {
-    while (count > 0) {
-        const ssize_t read = ::pread(fd, data, count, static_cast<off_t>(offset));
-        if (read < 0 && errno == EINTR) {
-            continue;
-        }
-        if (read < 0) {
-            failSystem(item.relative, errno);
-        }
-        if (read == 0) {
-            failUnacceptable(item.relative, "changed while it was packed");
-        }
-        data += read;
-        count -= static_cast<std::size_t>(read);
-        offset += static_cast<uint64_t>(read);
+    const FullResult read = readFullyAt(fd, data, count, offset);
+    if (read.error != 0) {
+        failSystem(item.relative, read.error);
+    }
+    if (read.bytes < count) {
+        failUnacceptable(item.relative, "changed while it was packed");
     }
 }
 
@@ -249,7 +240,7 @@ void PieceWriter::writeRun(const Piece& piece, SourceFolders& folders, std::stri
     }
     {
         const std::lock_guard turn(outputTurn_);
-        writeAt(plan_.items[piece.first], buffer.data(), buffer.size(), piece.offset);
+        writeAt(piece.first, buffer.data(), buffer.size(), piece.offset);
     }
     const std::lock_guard lock(mutex_);
     progress_.advance(bytes, piece.end - piece.first);
@@ -265,7 +256,7 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
     if (piece.contentsFrom == 0) {
         buffer.clear();
         vxpkFormat::appendRecord(buffer, recordOf(item));
-        writeAt(item, buffer.data(), buffer.size(), out);
+        writeAt(piece.first, buffer.data(), buffer.size(), out);
         out += buffer.size();
     }
     buffer.resize(kWriteBytes);
@@ -274,7 +265,7 @@ void PieceWriter::writePart(const Piece& piece, SourceFolders& folders, std::str
         const auto count =
             static_cast<std::size_t>(std::min<uint64_t>(kWriteBytes, piece.contentsBytes - done));
         readContents(item, file.fd(), buffer.data(), count, piece.contentsFrom + done);
-        writeAt(item, buffer.data(), count, out + done);
+        writeAt(piece.first, buffer.data(), count, out + done);
         done += count;
     }
     turn.unlock();
@@ -288,13 +279,14 @@ void WritePackage(int out, const std::string& source, const std::string& package
                   const PackPlan& plan, const vxpkFormat::Header& header, WorkProgress& progress) {
     std::string head;
     vxpkFormat::appendHeader(head, header);
-    const OwnedDescriptor top(::open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const OwnedDescriptor top(
+        systemCalls.openat(AT_FDCWD, source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
     if (top.fd() < 0) {
         failSystem(source, errno);
     }
-    const ssize_t written = ::pwrite(out, head.data(), head.size(), 0);
-    if (written != static_cast<ssize_t>(head.size())) {
-        failSystem(package, written < 0 ? errno : ENOSPC);
+    const FullResult written = writeFullyAt(out, head.data(), head.size(), 0);
+    if (written.error != 0) {
+        failSystem(package, written.error);
     }
     uint64_t size = 0;
     const std::vector<Piece> pieces = cutIntoPieces(plan.items, head.size(), size);
@@ -302,7 +294,7 @@ void WritePackage(int out, const std::string& source, const std::string& package
     // one go instead of page by page as the copies arrive, and a disk too
     // small for the package says so before anything is read. Where it cannot
     // be done, the writes allocate as usual.
-    const int reserved = size > 0 ? ::fallocate(out, 0, 0, static_cast<off_t>(size)) : 0;
+    const int reserved = size > 0 ? systemCalls.fallocate(out, 0, 0, static_cast<off_t>(size)) : 0;
     if (reserved != 0 && errno != EOPNOTSUPP && errno != ENOSYS && errno != EINVAL) {
         failSystem(package, errno);
     }

@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "engine/core/EngineFailure.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 
@@ -28,7 +29,7 @@ int SourceFolders::handle(std::size_t folder) {
         const int parent = depth == 0 ? top_ : open_.back().second->fd();
         // Symlinks are followed, as the walk that made the plan followed them.
         auto opened = std::make_unique<OwnedDescriptor>(
-            ::openat(parent, item.name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            systemCalls.openat(parent, item.name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
         if (opened->fd() < 0) {
             failSystem(item.relative, errno);
         }

@@ -7,7 +7,7 @@
 namespace vx::engine {
 
 // Reads exactly length bytes at offset of the open package fd into bytes
-// (replacing what it held), through the file layer's table of system calls,
+// (replacing what it held) with the file layer's full read at an offset,
 // so that many threads can read one descriptor at once. Interrupted and short
 // reads are taken up again; false, with errno set, on a failed read or on a
 // file that ends before the bytes do (EIO then).

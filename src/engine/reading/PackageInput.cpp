@@ -1,26 +1,25 @@
 #include "engine/reading/PackageInput.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 
 #include "container/PackageProblem.h"
 #include "engine/core/EngineFailure.h"
 #include "runtime/core/RuntimeException.h"
+#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 
 int openPackageFile(const std::string& path) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const int fd = systemCalls.openat(AT_FDCWD, path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
     if (fd < 0) {
         failSystem(path, errno);
     }
     struct stat info;
-    const int error = ::fstat(fd, &info) != 0 ? errno : 0;
+    const int error = systemCalls.fstat(fd, &info) != 0 ? errno : 0;
     if (error != 0 || !S_ISREG(info.st_mode)) {
-        ::close(fd);
+        systemCalls.close(fd);
         if (error != 0) {
             failSystem(path, error);
         }

@@ -1,5 +1,6 @@
 // The stream's system calls on its file, each retried when a signal
-// interrupted it and repeated until it has done all that was asked.
+// interrupted it and repeated until it has done all that was asked, as the
+// full calls do.
 
 #include <sys/stat.h>
 
@@ -7,44 +8,23 @@
 #include <cerrno>
 
 #include "runtime/files/BinaryStream.h"
+#include "runtime/files/FullCalls.h"
 #include "runtime/files/SystemCalls.h"
 
 namespace vx {
 
 bool BinaryStream::writeAt(const char* data, std::size_t count, uint64_t offset) {
-    while (count > 0) {
-        const ssize_t written = systemCalls.pwrite(fd_, data, count, static_cast<off_t>(offset));
-        if (written < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return fail(errno);
-        }
-        data += written;
-        count -= static_cast<std::size_t>(written);
-        offset += static_cast<uint64_t>(written);
-    }
-    return true;
+    const FullResult written = writeFullyAt(fd_, data, count, offset);
+    return written.error == 0 || fail(written.error);
 }
 
 ssize_t BinaryStream::readAt(char* data, std::size_t count, uint64_t offset) {
-    std::size_t got = 0;
-    while (got < count) {
-        const ssize_t read =
-            systemCalls.pread(fd_, data + got, count - got, static_cast<off_t>(offset + got));
-        if (read < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            fail(errno);
-            return -1;
-        }
-        if (read == 0) {
-            break;
-        }
-        got += static_cast<std::size_t>(read);
+    const FullResult read = readFullyAt(fd_, data, count, offset);
+    if (read.error != 0) {
+        fail(read.error);
+        return -1;
     }
-    return static_cast<ssize_t>(got);
+    return static_cast<ssize_t>(read.bytes);
 }
 
 bool BinaryStream::fileLength(uint64_t& length) {

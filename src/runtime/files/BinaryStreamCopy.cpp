@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include "runtime/files/BinaryStream.h"
+#include "runtime/files/FullCalls.h"
 #include "runtime/files/SystemCalls.h"
 
 namespace vx {
@@ -13,22 +14,6 @@ namespace {
 // One kernel copy at a time moves at most this much, so a huge file is
 // copied in a loop rather than in one call that cannot be interrupted.
 constexpr std::size_t kKernelCopyBlock = std::size_t{64} << 20;
-
-// Failures of copy_file_range that only mean "not between these two files":
-// the plain copy through the buffer takes over.
-bool kernelCopyUnsupported(int error) {
-    return error == EXDEV || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
-}
-
-// copy_file_range does not say which of its two files failed. These errors
-// can only come from writing: a full disk or quota, a file grown past its
-// limit, a destination that is read-only or immutable. Everything else, EIO
-// above all, is taken as the source's: a disk that fails while writing is then
-// taken back too, which costs bytes of a build that has failed anyway, while
-// the other way round would leave part of an unreadable file in the package.
-bool destinationFailed(int error) {
-    return error == ENOSPC || error == EDQUOT || error == EFBIG || error == EROFS || error == EPERM;
-}
 
 }  // namespace
 
@@ -39,31 +24,20 @@ BinaryStream::CopyFailure BinaryStream::copyInKernel(BinaryStream& source, uint6
     if (!flushBuffer()) {
         return CopyFailure::Destination;
     }
-    auto in = static_cast<off_t>(source.position_);
-    auto out = static_cast<off_t>(position_);
-    CopyFailure failure = CopyFailure::None;
-    while (remaining > 0) {
-        const auto block =
-            static_cast<std::size_t>(std::min<uint64_t>(remaining, kKernelCopyBlock));
-        const ssize_t moved = systemCalls.copy_file_range(source.fd_, &in, fd_, &out, block, 0);
-        if (moved < 0 && errno == EINTR) {
-            continue;
-        }
-        if (moved < 0) {
-            if (!kernelCopyUnsupported(errno)) {
-                failure = destinationFailed(errno) ? CopyFailure::Destination : CopyFailure::Source;
-                fail(errno);
-            }
-            break;
-        }
-        if (moved == 0) {
-            break;
-        }
-        remaining -= static_cast<uint64_t>(moved);
+    const FullResult copied = copyInKernelFully(source.fd_, source.position_, fd_, position_,
+                                                remaining, kKernelCopyBlock);
+    source.position_ += copied.bytes;
+    position_ += copied.bytes;
+    remaining -= copied.bytes;
+    if (copied.error == 0 || kernelCopyUnsupported(copied.error)) {
+        return CopyFailure::None;
     }
-    source.position_ = static_cast<uint64_t>(in);
-    position_ = static_cast<uint64_t>(out);
-    return failure;
+    fail(copied.error);
+    // Should a disk that fails while writing be taken for the source, that
+    // costs bytes of a build that has failed anyway; the other way round
+    // would leave part of an unreadable file in the package.
+    return kernelCopyDestinationFailed(copied.error) ? CopyFailure::Destination
+                                                     : CopyFailure::Source;
 }
 
 // Reads the source straight into the free end of this stream's buffer, so a

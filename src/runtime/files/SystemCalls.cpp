@@ -1,6 +1,8 @@
 #include "runtime/files/SystemCalls.h"
 
 #include <fcntl.h>
+#include <stdio.h>
+#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,6 +19,8 @@ constexpr SystemCalls kRealSystemCalls = {
     .openat = [](int folder, const char* name, int flags,
                  mode_t mode) { return ::openat(folder, name, flags, mode); },
     .close = [](int fd) { return ::close(fd); },
+    .dup = [](int fd) { return ::dup(fd); },
+    .isatty = [](int fd) { return ::isatty(fd); },
     .fcntl = [](int fd, int command, int argument) { return ::fcntl(fd, command, argument); },
     .fdopendir = [](int fd) { return ::fdopendir(fd); },
     .readdir = [](DIR* folder) { return ::readdir(folder); },
@@ -25,11 +29,22 @@ constexpr SystemCalls kRealSystemCalls = {
                   mode_t mode) { return ::mkdirat(folder, name, mode); },
     .unlinkat = [](int folder, const char* name,
                    int flags) { return ::unlinkat(folder, name, flags); },
+    .renameat = [](int fromFolder, const char* from, int toFolder,
+                   const char* to) { return ::renameat(fromFolder, from, toFolder, to); },
+    .fchmod = [](int fd, mode_t mode) { return ::fchmod(fd, mode); },
+    .fchmodat = [](int folder, const char* name, mode_t mode,
+                   int flags) { return ::fchmodat(folder, name, mode, flags); },
+    .umask = [](mode_t mask) { return ::umask(mask); },
+    .mkstemp = [](char* pattern) { return ::mkstemp(pattern); },
+    .mkdtemp = [](char* pattern) { return ::mkdtemp(pattern); },
     .pread = [](int fd, void* data, std::size_t count,
                 off_t offset) { return ::pread(fd, data, count, offset); },
     .pwrite = [](int fd, const void* data, std::size_t count,
                  off_t offset) { return ::pwrite(fd, data, count, offset); },
+    .write = [](int fd, const void* data, std::size_t count) { return ::write(fd, data, count); },
     .ftruncate = [](int fd, off_t length) { return ::ftruncate(fd, length); },
+    .fallocate = [](int fd, int mode, off_t offset,
+                    off_t length) { return ::fallocate(fd, mode, offset, length); },
     .copy_file_range =
         [](int in, off_t* inOffset, int out, off_t* outOffset, std::size_t count,
            unsigned int flags) {

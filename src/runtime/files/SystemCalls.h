@@ -10,11 +10,11 @@
 
 namespace vx {
 
-// Every system call that FolderItem, BinaryStream, the launcher and the
-// preview server make goes through this
-// one table, so that a test can put a failure in place of a call: an
-// interrupted call, a short write, a full disk, a kernel that cannot copy
-// between two files, a disk that fails half way through a file. It holds the
+// Every system call that FolderItem, BinaryStream, vxpk's engine and the
+// desktop launcher make goes through this one table, so that a test can put a
+// failure in place of a call: an interrupted call, a short write, a full disk,
+// a kernel that cannot copy between two files, a disk that fails half way
+// through a file. It holds the
 // real calls unless a test replaced them; the cost is one indirect call next
 // to a system call. Each entry has the signature of the call it is named after
 // (the variadic ones with their optional argument spelled out).
@@ -26,15 +26,25 @@ struct SystemCalls {
     int (*faccessat)(int folder, const char* name, int mode, int flags);
     int (*openat)(int folder, const char* name, int flags, mode_t mode);
     int (*close)(int fd);
+    int (*dup)(int fd);
+    int (*isatty)(int fd);
     int (*fcntl)(int fd, int command, int argument);
     DIR* (*fdopendir)(int fd);
     dirent* (*readdir)(DIR* folder);
     int (*closedir)(DIR* folder);
     int (*mkdirat)(int folder, const char* name, mode_t mode);
     int (*unlinkat)(int folder, const char* name, int flags);
+    int (*renameat)(int fromFolder, const char* from, int toFolder, const char* to);
+    int (*fchmod)(int fd, mode_t mode);
+    int (*fchmodat)(int folder, const char* name, mode_t mode, int flags);
+    mode_t (*umask)(mode_t mask);
+    int (*mkstemp)(char* pattern);
+    char* (*mkdtemp)(char* pattern);
     ssize_t (*pread)(int fd, void* data, std::size_t count, off_t offset);
     ssize_t (*pwrite)(int fd, const void* data, std::size_t count, off_t offset);
+    ssize_t (*write)(int fd, const void* data, std::size_t count);
     int (*ftruncate)(int fd, off_t length);
+    int (*fallocate)(int fd, int mode, off_t offset, off_t length);
     ssize_t (*copy_file_range)(int in, off_t* inOffset, int out, off_t* outOffset,
                                std::size_t count, unsigned int flags);
     int (*posix_spawnp)(pid_t* child, const char* file, const posix_spawn_file_actions_t* actions,
