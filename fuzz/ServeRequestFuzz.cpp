@@ -20,9 +20,9 @@ namespace {
 
 using namespace vx::engine;
 
-const PackageIndex& package() {
-    static const PackageIndex index = [] {
-        PackageIndex made;
+const PathIndex& package() {
+    static const PathIndex index = [] {
+        PathIndex made;
         uint64_t offset = 0;
         for (const char* folder : {"css", "docs", "a b"}) {
             made.add({.path = folder, .isFolder = true, .recordOffset = offset += 100});

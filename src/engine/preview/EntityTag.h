@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/preview/PackageIndex.h"
+#include "engine/preview/PathIndex.h"
 
 namespace vx::engine {
 

@@ -31,7 +31,7 @@ PathResolution missing(const std::string& path, const std::string& what) {
 
 }  // namespace
 
-PathResolution ResolvePath(const PackageIndex& index, const std::string& path) {
+PathResolution ResolvePath(const PathIndex& index, const std::string& path) {
     const std::string& asked = path.empty() ? index.mainFile() : path;
     const IndexedRecord* record = index.find(asked);
     if (record == nullptr) {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "engine/preview/PackageIndex.h"
+#include "engine/preview/PathIndex.h"
 
 namespace vx::engine {
 
@@ -20,6 +20,6 @@ struct PathResolution {
 // in the package and has a component starting with "." or "_" is said to be
 // left out by the format's rule, which is the usual reason an app works from
 // its folder but not from its package.
-PathResolution ResolvePath(const PackageIndex& index, const std::string& path);
+PathResolution ResolvePath(const PathIndex& index, const std::string& path);
 
 }  // namespace vx::engine

@@ -42,7 +42,7 @@ void applyRange(ResponsePlan& plan, const IndexedRecord& file,
 
 }  // namespace
 
-ResponsePlan PlanResponse(const PackageIndex& index, const RequestFacts& request) {
+ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request) {
     const RequestPath asked = DecodeRequestPath(request.target);
     if (!asked.valid) {
         return refusal(400, "refused: " + asked.refusal);

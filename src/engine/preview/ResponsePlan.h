@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/preview/PackageIndex.h"
+#include "engine/preview/PathIndex.h"
 
 namespace vx::engine {
 
@@ -38,6 +38,6 @@ struct ResponsePlan {
 // Decodes and resolves the target in the index, then applies If-None-Match
 // and Range to the file found. Nothing outside the index can be named, so
 // nothing outside the package can be read.
-ResponsePlan PlanResponse(const PackageIndex& index, const RequestFacts& request);
+ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request);
 
 }  // namespace vx::engine

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "engine/core/OwnedDescriptor.h"
-#include "engine/preview/PackageIndex.h"
+#include "engine/preview/PathIndex.h"
 
 namespace vx::engine {
 
@@ -17,13 +17,13 @@ public:
     explicit ServedPackage(const std::string& path);
 
     int fd() const { return file_.fd(); }
-    const PackageIndex& index() const { return index_; }
+    const PathIndex& index() const { return index_; }
 
 private:
     void readMainFile(const std::string& path);
 
     OwnedDescriptor file_;
-    PackageIndex index_;
+    PathIndex index_;
 };
 
 }  // namespace vx::engine

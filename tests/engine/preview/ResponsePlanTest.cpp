@@ -37,7 +37,7 @@ protected:
     }
     uint64_t contentsOf(const std::string& path) const { return index.find(path)->contentsOffset; }
 
-    PackageIndex index;
+    PathIndex index;
 
 private:
     uint64_t next_ = 0;

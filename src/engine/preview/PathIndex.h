@@ -19,7 +19,7 @@ struct IndexedRecord {
 
 // The paths of a package mapped to their records, and the file the host
 // loads first; built once, then only read, by any number of threads.
-class PackageIndex {
+class PathIndex {
 public:
     void add(const PackageEntry& entry);
     // The record at path ("/" between components), or nullptr.
