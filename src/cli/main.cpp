@@ -12,7 +12,9 @@ namespace {
 constexpr const char* kExitCodes =
     "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
     "not representable); 2 usage error; 3 a system error (a file that cannot be read or "
-    "written). vxpk diff alone answers as diff and cmp do: 0 the same, 1 different, 2 trouble.";
+    "written); 129, 130, 143 stopped by SIGHUP, SIGINT or SIGTERM, which is how vxpk serve "
+    "always ends. vxpk diff alone answers as diff and cmp do: 0 the same, 1 different, 2 "
+    "trouble.";
 
 int report(int code, const char* message) {
     std::fprintf(stderr, "vxpk: error: %s\n", message);
