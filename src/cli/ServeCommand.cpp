@@ -51,7 +51,7 @@ void addServeCommand(CLI::App& app) {
     CLI::App* command = app.add_subcommand(
         "serve",
         "Serve a package over HTTP on 127.0.0.1, every answer read from the package itself, to "
-        "try the app in a browser as the host will load it; runs until SIGINT or SIGTERM");
+        "try the app in a browser as the host will load it; runs until SIGINT, SIGTERM or SIGHUP");
     command->add_option("PACKAGE", options->package, "The package to serve")->required();
     command
         ->add_option("--port", options->port,
@@ -64,7 +64,8 @@ void addServeCommand(CLI::App& app) {
         "request is one line on standard error: method, target, status, body bytes and, for "
         "400 and 404, why. / answers the main file named by the package's package.json "
         "(index.html without one), a folder its index.html. A package that is not sound is "
-        "refused as verify refuses it (exit 1). SIGINT or SIGTERM stop it; it exits 130 or 143.");
+        "refused as verify refuses it (exit 1). SIGINT, SIGTERM or SIGHUP stop it; it exits 130, "
+        "143 or 129.");
     command->callback([options] { serve(*options); });
 }
 

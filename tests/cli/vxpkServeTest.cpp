@@ -191,7 +191,7 @@ TEST_F(vxpkServeTest, escapeAttempts_areRefusedAndReadNothingOutside) {
 }
 
 TEST_F(vxpkServeTest, sigterm_stopsItCleanlyWithTheShellsStatus) {
-    for (const int signalNumber : {SIGTERM, SIGINT}) {
+    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP}) {
         ServeProcess server({"serve", "app.vxpk"}, scratch.path());
         ASSERT_FALSE(server.url().empty()) << server.errors();
         EXPECT_EQ(get(server, "/").status, 200);
