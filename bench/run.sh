@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # `make bench`: builds the optimised benchmarks and runs every comparison in
 # turn. Give the names of some of them to run only those:
-#   bench/run.sh [pack] [diff] [sign] [json] [startup] [wizard] [micro]
+#   bench/run.sh [pack] [diff] [sign] [serve] [json] [startup] [wizard] [micro]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 steps=("$@")
-[ ${#steps[@]} -gt 0 ] || steps=(pack diff sign json startup wizard micro)
+[ ${#steps[@]} -gt 0 ] || steps=(pack diff sign serve json startup wizard micro)
 
 cmake --preset default >/dev/null
 cmake --build --preset default --target \
@@ -24,6 +24,7 @@ for step in "${steps[@]}"; do
         startup) bench/startup.sh build/default ;;
         wizard) bench/wizard.sh "$bin" ;;
         micro) "$bin/vx_string_bench" && "$bin/vx_dictionary_bench" ;;
+        serve) bench/serve.sh "$bin" build/default/src/cli/vxpk ;;
         *) echo "unknown benchmark: $step" >&2; exit 2 ;;
     esac
 done

@@ -12,11 +12,16 @@ packages=(
     xvfb xauth x11-utils imagemagick openbox xdotool
     nlohmann-json3-dev time libcli11-dev
     libsodium-dev minisign
+    libcpp-httplib-dev chromium curl
 )
 # `install-deps.sh bench` adds npm, with which the benchmarks fetch the peer's
-# packer that they compare ours with.
-if [ "${1:-}" = bench ] && ! command -v npm >/dev/null; then
-    packages+=(nodejs npm)
+# packer that they compare ours with, and the load generator and the web
+# server that `vxpk serve` is measured against.
+if [ "${1:-}" = bench ]; then
+    packages+=(wrk nginx-light)
+    if ! command -v npm >/dev/null; then
+        packages+=(nodejs npm)
+    fi
 fi
 
 missing=()

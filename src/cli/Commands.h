@@ -16,5 +16,6 @@ void addSignCommand(CLI::App& app);
 // diff tells the same from different by the exit status, which it sets in
 // status when it ends without failing.
 void addDiffCommand(CLI::App& app, int& status);
+void addServeCommand(CLI::App& app);
 
 }  // namespace vx::cli

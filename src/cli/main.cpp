@@ -12,8 +12,9 @@ namespace {
 constexpr const char* kExitCodes =
     "Exit status: 0 success; 1 the package or the tree is not acceptable (invalid, unsafe, "
     "not representable), or a key, password or signature is (damaged, wrong, not matching); "
-    "2 usage error; 3 a system error (a file that cannot be read or written); 128+N stopped "
-    "by signal N. vxpk diff alone answers as diff and cmp do: 0 the same, 1 different, 2 "
+    "2 usage error; 3 a system error (a file that cannot be read or written); 129, 130, 143 "
+    "stopped by SIGHUP, SIGINT or SIGTERM, which is how vxpk serve always ends. vxpk diff "
+    "alone answers as diff and cmp do: 0 the same, 1 different, 2 "
     "trouble.";
 
 int report(int code, const char* message) {
@@ -28,8 +29,9 @@ int main(int argc, char** argv) {
     // the one that watches for them.
     vx::engine::WatchForInterruption();
     CLI::App app(
-        "vxpk packs folder trees into .vxpk packages and lists, checks, compares and safely "
-        "extracts them, and signs them and checks their signatures in minisign's format.",
+        "vxpk packs folder trees into .vxpk packages and lists, checks, compares, safely "
+        "extracts and serves them, and signs them and checks their signatures in minisign's "
+        "format.",
         "vxpk");
     app.footer(kExitCodes);
     app.set_version_flag("--version", std::string("vxpk ") + VX_VERSION);
@@ -44,6 +46,7 @@ int main(int argc, char** argv) {
     vx::cli::addSignCommand(app);
     int status = vx::cli::kSuccess;
     vx::cli::addDiffCommand(app, status);
+    vx::cli::addServeCommand(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -12,19 +12,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
+
+#include "ProgramRun.h"
 
 namespace vx::test {
 namespace {
-
-std::string slurp(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    ::unlink(path.c_str());
-    return bytes.str();
-}
 
 // Exec keeps the signals that are ignored and the mask; vxpk gets what a
 // command typed at a shell gets.
@@ -35,6 +27,23 @@ void restoreSignals() {
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+// Replaces the calling process with program, run in folder with the signals
+// as a shell would give them and the standard streams as they are.
+[[noreturn]] void execIn(const std::string& program, const std::vector<std::string>& arguments,
+                         const std::string& folder) {
+    restoreSignals();
+    if (::chdir(folder.c_str()) != 0) {
+        ::_exit(127);
+    }
+    std::vector<char*> argv{const_cast<char*>(program.c_str())};
+    for (const auto& argument : arguments) {
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    }
+    argv.push_back(nullptr);
+    ::execvp(program.c_str(), argv.data());
+    ::_exit(127);
 }
 
 // Where a child's standard streams go: a descriptor each for standard input
@@ -50,7 +59,6 @@ struct ChildStreams {
 
 [[noreturn]] void execProgram(const std::string& program, const std::vector<std::string>& arguments,
                               const std::string& folder, ChildStreams streams) {
-    restoreSignals();
     const int out = ::open(streams.outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     if (streams.err < 0) {
         streams.err = ::open(streams.errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
@@ -59,16 +67,10 @@ struct ChildStreams {
         streams.in = streams.inPath.empty() ? 0 : ::open(streams.inPath.c_str(), O_RDONLY);
     }
     if (out < 0 || streams.err < 0 || streams.in < 0 || ::dup2(streams.in, 0) < 0 ||
-        ::dup2(out, 1) < 0 || ::dup2(streams.err, 2) < 0 || ::chdir(folder.c_str()) != 0) {
+        ::dup2(out, 1) < 0 || ::dup2(streams.err, 2) < 0) {
         ::_exit(127);
     }
-    std::vector<char*> argv{const_cast<char*>(program.c_str())};
-    for (const auto& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
-    ::execvp(program.c_str(), argv.data());
-    ::_exit(127);
+    execIn(program, arguments, folder);
 }
 
 // What the other end of the terminal reads until the last writer has gone.
@@ -139,6 +141,10 @@ int drainUntilExit(int controller, pid_t child, std::string& shown) {
 
 }  // namespace
 
+void ExecVxpk(const std::vector<std::string>& arguments, const std::string& workingFolder) {
+    execIn(VXPK_PATH, arguments, workingFolder);
+}
+
 VxpkChild::VxpkChild(const std::vector<std::string>& arguments, const std::string& workingFolder,
                      int terminal)
     // Beside the working folder, so that the run's own output files never
@@ -195,9 +201,9 @@ VxpkResult VxpkChild::wait() {
         result.exitCode = WEXITSTATUS(status);
     }
     pid_ = -1;
-    result.out = slurp(base_ + ".out");
+    result.out = TakeFile(base_ + ".out");
     if (!onTerminal_) {
-        result.err = slurp(base_ + ".err");
+        result.err = TakeFile(base_ + ".err");
     }
     ::unlink((base_ + ".in").c_str());
     return result;

@@ -48,6 +48,13 @@ private:
     pid_t pid_;
 };
 
+// Replaces the calling process, a child just forked, with the vxpk built with
+// the tests, run in workingFolder with its standard output and error as they
+// are and the signals as a shell would give them; ends it with status 127
+// when it cannot.
+[[noreturn]] void ExecVxpk(const std::vector<std::string>& arguments,
+                           const std::string& workingFolder);
+
 // Runs the vxpk built with the tests in the folder workingFolder, with
 // standard output in a file and standard error in a file or, for a user's
 // view, on a pseudo-terminal that passes the bytes as they are written.

@@ -4,6 +4,7 @@
 #include <pthread.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace vx {
@@ -62,6 +63,15 @@ constexpr SystemCalls kRealSystemCalls = {
                           sigset_t* old) { return ::pthread_sigmask(how, signals, old); },
     .sigwait = [](const sigset_t* signals, int* signal) { return ::sigwait(signals, signal); },
     ._exit = [](int status) { ::_exit(status); },
+    .posix_spawnp =
+        [](pid_t* child, const char* file, const posix_spawn_file_actions_t* actions,
+           const posix_spawnattr_t* attributes, char* const argv[], char* const environment[]) {
+            return ::posix_spawnp(child, file, actions, attributes, argv, environment);
+        },
+    .waitpid = [](pid_t child, int* status,
+                  int options) { return ::waitpid(child, status, options); },
+    .setsockopt = [](int fd, int level, int name, const void* value,
+                     socklen_t length) { return ::setsockopt(fd, level, name, value, length); },
 };
 
 constinit SystemCalls systemCalls = kRealSystemCalls;

@@ -2,6 +2,8 @@
 
 #include <dirent.h>
 #include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <termios.h>
@@ -10,10 +12,11 @@
 
 namespace vx {
 
-// Every system call that FolderItem, BinaryStream and vxpk's engine make goes
-// through this one table, so that a test can put a failure in place of a call: an
-// interrupted call, a short write, a full disk, a kernel that cannot copy
-// between two files, a disk that fails half way through a file. It holds the
+// Every system call that FolderItem, BinaryStream, vxpk's engine and the
+// desktop launcher make goes through this one table, so that a test can put a
+// failure in place of a call: an interrupted call, a short write, a full disk,
+// a kernel that cannot copy between two files, a disk that fails half way
+// through a file. It holds the
 // real calls unless a test replaced them; the cost is one indirect call next
 // to a system call. Each entry has the signature of the call it is named after
 // (the variadic ones with their optional argument spelled out).
@@ -56,6 +59,11 @@ struct SystemCalls {
     int (*pthread_sigmask)(int how, const sigset_t* signals, sigset_t* old);
     int (*sigwait)(const sigset_t* signals, int* signal);
     void (*_exit)(int status);
+    int (*posix_spawnp)(pid_t* child, const char* file, const posix_spawn_file_actions_t* actions,
+                        const posix_spawnattr_t* attributes, char* const argv[],
+                        char* const environment[]);
+    pid_t (*waitpid)(pid_t child, int* status, int options);
+    int (*setsockopt)(int fd, int level, int name, const void* value, socklen_t length);
 };
 
 // The calls the platform gives.

@@ -12,7 +12,9 @@ namespace {
 
 constexpr char kDigits[] = "0123456789ABCDEF";
 
-int digitValue(char c) {
+}  // namespace
+
+int HexDigitValue(char c) {
     if (c >= '0' && c <= '9') {
         return c - '0';
     }
@@ -24,8 +26,6 @@ int digitValue(char c) {
     }
     return -1;
 }
-
-}  // namespace
 
 String Hex(int64_t value) {
     auto bits = static_cast<uint64_t>(value);
@@ -69,7 +69,7 @@ String EncodeHex(const String& bytes, bool withSpaces) {
 void AppendDecodedHex(std::string_view text, std::string& bytes) {
     int high = -1;
     for (const char c : text) {
-        const int value = digitValue(c);
+        const int value = HexDigitValue(c);
         if (value < 0) {
             if (high < 0 && IsWhiteSpace(static_cast<unsigned char>(c))) {
                 continue;

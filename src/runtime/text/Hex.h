@@ -30,6 +30,9 @@ String EncodeHex(const String& bytes, bool withSpaces);
 // reading stops at the first other character that is not a digit, and a
 // digit left without its partner at the end is dropped.
 String DecodeHex(const String& text);
+// The value of one hexadecimal digit of either case, or -1 for any other
+// character.
+int HexDigitValue(char c);
 // DecodeHex appending to bytes, for callers that decode many short texts
 // into one reused buffer.
 void AppendDecodedHex(std::string_view text, std::string& bytes);

@@ -1,11 +1,10 @@
 #include "runtime/ui/internal/DesktopUIServices.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QMessageBox>
-#include <QUrl>
 
 #include "runtime/files/FolderItem.h"
+#include "runtime/services/DesktopOpener.h"
 #include "runtime/ui/UITrap.h"
 #include "runtime/ui/internal/FileDialogs.h"
 #include "runtime/ui/internal/QtText.h"
@@ -57,8 +56,9 @@ Ref<FolderItem> DesktopUIServices::ShowOpenDialog(const String& promptText, cons
 }
 
 void DesktopUIServices::Launch(const FolderItem& item, bool /*activate*/) {
-    // The desktop brings what it opens to the front by itself.
-    QDesktopServices::openUrl(QUrl::fromLocalFile(ToQString(item.NativePath())));
+    // The desktop brings what it opens to the front by itself. The launcher
+    // is vxpk's too, so that both open things the same way.
+    OpenWithDesktop(std::string(item.NativePath().bytes()));
 }
 
 }  // namespace vx

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QTest>
 #include <QTimer>
+#include <cstdlib>
 #include <functional>
 #include <utility>
 
@@ -130,6 +133,25 @@ TEST(DesktopUIServices, windowClosedDuringALongLoop_closesWhenTheLoopEnds) {
     QApplication::processEvents();
     EXPECT_FALSE(window->_Widget()->isVisible());
     EXPECT_TRUE(_OpenWindows().empty());
+}
+
+// The App Builder opens an extracted folder with the launcher vxpk serve
+// --open uses: xdg-open, here a stand-in first on PATH that notes its target.
+TEST(DesktopUIServices, launch_opensTheItemWithXdgOpen) {
+    test::ScratchFolder scratch;
+    scratch.writeFile("bin/xdg-open",
+                      "#!/bin/sh\nprintf '%s' \"$1\" > \"$0.new\"\nmv \"$0.new\" \"$0.got\"\n");
+    ASSERT_EQ(::chmod(scratch.path("bin/xdg-open").c_str(), 0755), 0);
+    const std::string path = std::getenv("PATH");
+    ::setenv("PATH", (scratch.path("bin") + ":" + path).c_str(), 1);
+    DesktopUIServices services;
+    services.Launch(*scratch.item("extracted folder"), true);
+    ::setenv("PATH", path.c_str(), 1);
+    for (int tries = 0;
+         tries < 200 && ::access(scratch.path("bin/xdg-open.got").c_str(), F_OK) != 0; ++tries) {
+        QTest::qSleep(25);
+    }
+    EXPECT_EQ(scratch.readFile("bin/xdg-open.got"), scratch.path("extracted folder"));
 }
 
 }  // namespace

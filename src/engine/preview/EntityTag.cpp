@@ -1,0 +1,41 @@
+#include "engine/preview/EntityTag.h"
+
+#include <cstdio>
+
+namespace vx::engine {
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    const size_t first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+}  // namespace
+
+std::string EntityTagOf(const IndexedRecord& file) {
+    char tag[48];
+    std::snprintf(tag, sizeof tag, "\"%llx-%llx\"",
+                  static_cast<unsigned long long>(file.recordOffset),
+                  static_cast<unsigned long long>(file.size));
+    return tag;
+}
+
+bool NoneMatchNames(std::string_view header, std::string_view tag) {
+    while (!header.empty()) {
+        const size_t comma = header.find(',');
+        std::string_view candidate = trimmed(header.substr(0, comma));
+        if (candidate.starts_with("W/")) {
+            candidate.remove_prefix(2);
+        }
+        if (candidate == "*" || candidate == tag) {
+            return true;
+        }
+        header = comma == std::string_view::npos ? std::string_view() : header.substr(comma + 1);
+    }
+    return false;
+}
+
+}  // namespace vx::engine
