@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 
 #include "ProgramRun.h"
 
@@ -266,7 +267,7 @@ TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
     ::close(terminal);
     ::close(controller);
     result.run.exitCode = answered && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.run.out = slurp(base + ".out");
+    result.run.out = TakeFile(base + ".out");
     return result;
 }
 
