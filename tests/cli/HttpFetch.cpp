@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "ProgramRun.h"
+#include "VxpkRun.h"
 
 namespace vx::test {
 namespace {
@@ -35,12 +35,12 @@ HttpAnswer Fetch(const std::string& origin, const std::string& target,
     const std::string head = scratchFolder + "/curl.head";
     const std::string body = scratchFolder + "/curl.body";
     std::vector<std::string> arguments = {
-        "curl", "-sS", "--max-time", "20", "--path-as-is", "--request-target", target,
-        "-D",   head,  "-o",         body};
+        "-sS",  "--max-time", "20", "--path-as-is", "--request-target",
+        target, "-D",         head, "-o",           body};
     arguments.insert(arguments.end(), options.begin(), options.end());
     arguments.push_back(origin + "/");
     HttpAnswer answer;
-    if (RunProgram(arguments) == 0) {
+    if (RunProgram("curl", arguments, scratchFolder).exitCode == 0) {
         readHead(TakeFile(head), answer);
         answer.body = TakeFile(body);
     }

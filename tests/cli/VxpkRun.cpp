@@ -13,8 +13,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-
-#include "ProgramRun.h"
+#include <sstream>
 
 namespace vx::test {
 namespace {
@@ -274,6 +273,14 @@ TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
 VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                       const std::string& workingFolder, const std::string& input) {
     return VxpkChild(program, arguments, workingFolder, input).wait();
+}
+
+std::string TakeFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    ::unlink(path.c_str());
+    return bytes.str();
 }
 
 }  // namespace vx::test

@@ -79,6 +79,10 @@ TerminalRun RunVxpkOnTerminal(const std::vector<std::string>& arguments,
 
 // Runs program as VxpkChild does, to its end.
 VxpkResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
-                      const std::string& workingFolder, const std::string& input);
+                      const std::string& workingFolder, const std::string& input = "");
+
+// The bytes of the file at path, which is then removed: the output a run
+// left behind.
+std::string TakeFile(const std::string& path);
 
 }  // namespace vx::test

@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "ProgramRun.h"
 #include "ServeProcess.h"
 #include "VxpkRun.h"
 #include "support/ScratchFolder.h"
@@ -48,16 +47,15 @@ TEST(vxpkServeBrowserTest, headlessChromium_runsTheAppFromThePackage) {
     ServeProcess server({"serve", "app.vxpk"}, scratch.path());
     ASSERT_FALSE(server.url().empty()) << server.errors();
 
-    const std::string dom = scratch.path("dom.html");
-    const int status =
-        RunProgram({"timeout", "120", kChromium, "--headless", "--no-sandbox", "--disable-gpu",
-                    "--disable-quic", "--no-first-run", "--disable-background-networking",
-                    "--disable-component-update", "--disable-sync",
-                    "--user-data-dir=" + scratch.makeFolder("profile"),
-                    "--virtual-time-budget=5000", "--dump-dom", server.url()},
-                   dom, scratch.path("chromium.err"));
-    ASSERT_EQ(status, 0) << scratch.readFile("chromium.err");
-    const std::string page = scratch.readFile("dom.html");
+    const VxpkResult browser = RunProgram(
+        "timeout",
+        {"120", kChromium, "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic",
+         "--no-first-run", "--disable-background-networking", "--disable-component-update",
+         "--disable-sync", "--user-data-dir=" + scratch.makeFolder("profile"),
+         "--virtual-time-budget=5000", "--dump-dom", server.url()},
+        scratch.path());
+    ASSERT_EQ(browser.exitCode, 0) << browser.err;
+    const std::string& page = browser.out;
     EXPECT_NE(page.find("<h1 id=\"title\">script ran</h1>"), std::string::npos) << page;
     EXPECT_NE(page.find("colour rgb(0, 128, 0)"), std::string::npos) << page;
     EXPECT_NE(page.find("json hello from the package"), std::string::npos) << page;
