@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "engine/core/EngineFailure.h"
@@ -28,11 +31,25 @@ TEST(ExcludeFileTest, readExcludeFile_givesOnePatternALineWithoutBlanksOrComment
     }
 }
 
+// A pipe has no length: its lines come only from reading to its end.
+TEST(ExcludeFileTest, readExcludeFile_readsAPipeToItsEnd) {
+    const ScratchFolder scratch;
+    const std::string fifo = scratch.path("fifo");
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    std::thread writer([&] {
+        std::ofstream(fifo) << "*.map\n" << std::string(70000, 'x') << "\n";
+    });
+    const auto patterns = readExcludeFile(fifo);
+    writer.join();
+    EXPECT_EQ(patterns, (std::vector<std::string>{"*.map", std::string(70000, 'x')}));
+}
+
 TEST(ExcludeFileTest, readExcludeFile_ofAFileThatCannotBeReadSaysWhichAndWhy) {
     const ScratchFolder scratch;
     const std::vector<std::pair<std::string, std::string>> cases = {
         {scratch.path("missing"), "No such file or directory"},
         {scratch.makeFolder("folder"), "Is a directory"},
+        {"/dev/zero", "more than 16 MiB of patterns"},
     };
     for (const auto& [path, reason] : cases) {
         try {
