@@ -33,15 +33,16 @@ bool setDirect(int fd, bool direct) {
 }
 
 // Writes count bytes: whole blocks directly while direct holds, the rest, and
-// everything once a direct write is refused, through the cache.
-bool writeAllowingDirect(int fd, const char* data, std::size_t count, bool& direct) {
+// everything once a direct write is refused, through the cache. 0, or the
+// errno of the write that failed.
+int writeAllowingDirect(int fd, const char* data, std::size_t count, bool& direct) {
     std::size_t done = 0;
     while (done < count) {
         const std::size_t piece = direct ? (count - done) / kAlignment * kAlignment : count - done;
         if (direct && (piece == 0 || done % kAlignment != 0)) {
             direct = false;
             if (!setDirect(fd, false)) {
-                return false;
+                return errno;
             }
             continue;
         }
@@ -50,34 +51,42 @@ bool writeAllowingDirect(int fd, const char* data, std::size_t count, bool& dire
         if (written.error == EINVAL && direct) {
             direct = false;
             if (!setDirect(fd, false)) {
-                return false;
+                return errno;
             }
             continue;
         }
         if (written.error != 0) {
-            errno = written.error;
-            return false;
+            return written.error;
         }
     }
-    return true;
+    return 0;
 }
 
 // The kernel copies between the two files without the bytes passing through
-// this process: one call for a small file. False when it cannot copy between
+// this process: one call for a small file, and a call for every
+// kDirectFromBytes of a large one that cannot be written directly, so that a
+// signal is not held up for the whole file. False when it cannot copy between
 // these two files, with offset and length left for the copy through memory.
 bool copyInKernel(int package, uint64_t& offset, uint64_t& length, int out,
                   ContentsCopy::Outcome& outcome) {
-    const FullResult copied = copyInKernelFully(package, offset, out, std::nullopt, length, length);
-    offset += copied.bytes;
-    length -= copied.bytes;
-    if (kernelCopyUnsupported(copied.error)) {
-        return false;
-    }
-    if (copied.error != 0) {
-        (kernelCopyDestinationFailed(copied.error) ? outcome.writeError : outcome.readError) =
-            copied.error;
-    } else if (length > 0) {
-        outcome.packageEnded = true;
+    while (length > 0 && InterruptingSignal() == 0) {
+        const uint64_t piece = std::min(length, kDirectFromBytes);
+        const FullResult copied =
+            copyInKernelFully(package, offset, out, std::nullopt, piece, piece);
+        offset += copied.bytes;
+        length -= copied.bytes;
+        if (kernelCopyUnsupported(copied.error)) {
+            return false;
+        }
+        if (copied.error != 0) {
+            (kernelCopyDestinationFailed(copied.error) ? outcome.writeError : outcome.readError) =
+                copied.error;
+            return true;
+        }
+        if (copied.bytes < piece) {
+            outcome.packageEnded = true;
+            return true;
+        }
     }
     return true;
 }
@@ -106,7 +115,6 @@ ContentsCopy::Outcome ContentsCopy::copy(int package, uint64_t offset, uint64_t 
         // Between blocks, so that a large file does not hold a signal up;
         // the caller stops the work once the file is closed.
         if (InterruptingSignal() != 0) {
-            outcome.interrupted = true;
             return outcome;
         }
         const auto wanted = static_cast<std::size_t>(std::min<uint64_t>(length, kBufferBytes));
@@ -119,8 +127,8 @@ ContentsCopy::Outcome ContentsCopy::copy(int package, uint64_t offset, uint64_t 
             outcome.packageEnded = true;
             return outcome;
         }
-        if (!writeAllowingDirect(out, buffer_.get(), wanted, direct)) {
-            outcome.writeError = errno;
+        outcome.writeError = writeAllowingDirect(out, buffer_.get(), wanted, direct);
+        if (outcome.writeError != 0) {
             return outcome;
         }
         offset += wanted;

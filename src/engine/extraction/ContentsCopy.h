@@ -18,14 +18,11 @@ public:
         int writeError = 0;
         // The package gave fewer bytes than the record announced.
         bool packageEnded = false;
-        // A signal asked the work to stop before the copy was done.
-        bool interrupted = false;
-        bool whole() const {
-            return readError == 0 && writeError == 0 && !packageEnded && !interrupted;
-        }
     };
 
     // length bytes at offset of package into out, which is new and empty.
+    // A signal that asks the work to stop ends the copy early between two
+    // blocks, with no error: the caller asks whether one came.
     Outcome copy(int package, uint64_t offset, uint64_t length, int out);
 
 private:

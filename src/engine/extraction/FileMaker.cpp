@@ -122,9 +122,7 @@ void FileMaker::makeOne(const Job& job, ContentsCopy& copy) const {
     const int out = extraction_.makeFile(job.place, job.relative);
     const ContentsCopy::Outcome outcome = copy.copy(package_, job.offset, job.length, out);
     const int closed = systemCalls.close(out) == 0 ? 0 : errno;
-    if (outcome.interrupted) {
-        StopIfInterrupted();
-    }
+    StopIfInterrupted();
     if (outcome.readError != 0) {
         failSystem(packagePath_, outcome.readError);
     }
