@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "engine/core/CurrentUmask.h"
 #include "engine/core/EngineFailure.h"
 #include "runtime/files/SystemCalls.h"
 
@@ -33,16 +34,13 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::close(unsigned mode) {
+    // mkstemp makes the file private; the file gets the mode asked for.
+    const bool modeSet = systemCalls.fchmod(fd_, mode & ~CurrentUmask()) == 0;
+    const int modeError = errno;
     const int closed = systemCalls.close(fd_);
     fd_ = -1;
-    if (closed != 0) {
-        failSystem(target_, errno);
-    }
-    // mkstemp makes the file private; the file gets the mode asked for.
-    const mode_t mask = systemCalls.umask(0);
-    systemCalls.umask(mask);
-    if (systemCalls.fchmodat(AT_FDCWD, path_.c_str(), mode & ~mask, 0) != 0) {
-        failSystem(target_, errno);
+    if (!modeSet || closed != 0) {
+        failSystem(target_, modeSet ? errno : modeError);
     }
 }
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "engine/core/CurrentUmask.h"
 #include "engine/core/EngineFailure.h"
 #include "engine/core/RemoveTree.h"
 #include "runtime/files/SystemCalls.h"
@@ -134,9 +135,7 @@ int SafeExtraction::makeFile(const ItemPlace& place, const std::string& relative
 
 void SafeExtraction::commit() {
     // mkdtemp makes the folder private; the tree's top gets a folder's mode.
-    const mode_t mask = systemCalls.umask(0);
-    systemCalls.umask(mask);
-    if (systemCalls.fchmod(root_->fd(), 0755 & ~mask) != 0) {
+    if (systemCalls.fchmod(root_->fd(), 0755 & ~CurrentUmask()) != 0) {
         failSystem(temporary_, errno);
     }
     // An empty destination folder is replaced by the rename itself.

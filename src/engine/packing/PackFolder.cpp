@@ -30,10 +30,10 @@ std::vector<std::string> PackFolder(const PackRequest& request, WorkProgress& pr
     const InterruptibleWork interruptible;
     checkHeaderString("--name", request.name);
     checkHeaderString("--uid", request.uid);
-    PackPlan plan = planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);
     const String folderName =
         New<FolderItem>(String(request.source, nullptr), FolderItem::PathModeNative)->Name();
     checkHeaderString(request.source, std::string(folderName.bytes()));
+    PackPlan plan = planPack(request.source, ExcludeGlob(request.excludes), request.packageJson);
 
     TemporaryFile temporary(request.package);
     progress.begin(plan.items.size(), plan.contentBytes);

@@ -33,8 +33,6 @@ constexpr SystemCalls kRealSystemCalls = {
     .renameat = [](int fromFolder, const char* from, int toFolder,
                    const char* to) { return ::renameat(fromFolder, from, toFolder, to); },
     .fchmod = [](int fd, mode_t mode) { return ::fchmod(fd, mode); },
-    .fchmodat = [](int folder, const char* name, mode_t mode,
-                   int flags) { return ::fchmodat(folder, name, mode, flags); },
     .umask = [](mode_t mask) { return ::umask(mask); },
     .mkstemp = [](char* pattern) { return ::mkstemp(pattern); },
     .mkdtemp = [](char* pattern) { return ::mkdtemp(pattern); },

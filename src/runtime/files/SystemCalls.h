@@ -38,7 +38,6 @@ struct SystemCalls {
     int (*unlinkat)(int folder, const char* name, int flags);
     int (*renameat)(int fromFolder, const char* from, int toFolder, const char* to);
     int (*fchmod)(int fd, mode_t mode);
-    int (*fchmodat)(int folder, const char* name, mode_t mode, int flags);
     mode_t (*umask)(mode_t mask);
     int (*mkstemp)(char* pattern);
     char* (*mkdtemp)(char* pattern);
