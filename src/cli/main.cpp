@@ -1,6 +1,9 @@
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
+#include <string>
 
 #include "cli/CommandFailure.h"
 #include "cli/Commands.h"
@@ -20,6 +23,17 @@ constexpr const char* kExitCodes =
 int report(int code, const char* message) {
     std::fprintf(stderr, "vxpk: error: %s\n", message);
     return code;
+}
+
+// printf keeps a failed write to itself: a full disk behind standard output
+// must not pass for success, nor a diff's lines lost for "the same".
+int statusAfterOutput(int status, int troubleStatus) {
+    errno = 0;
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+        return status;
+    }
+    const int error = errno != 0 ? errno : EIO;
+    return report(troubleStatus, ("standard output: " + std::string(std::strerror(error))).c_str());
 }
 
 }  // namespace
@@ -51,7 +65,7 @@ int main(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) {
-            return app.exit(error);
+            return statusAfterOutput(app.exit(error), vx::cli::kSystem);
         }
         return report(vx::cli::kUsage, (std::string(error.what()) + " (see vxpk --help)").c_str());
     } catch (const vx::cli::CommandFailure& failure) {
@@ -68,5 +82,6 @@ int main(int argc, char** argv) {
     if (const int signalNumber = vx::engine::InterruptingSignal()) {
         return 128 + signalNumber;
     }
-    return status;
+    return statusAfterOutput(
+        status, app.got_subcommand("diff") ? int{vx::cli::kTrouble} : int{vx::cli::kSystem});
 }

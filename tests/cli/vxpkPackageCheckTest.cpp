@@ -110,5 +110,27 @@ TEST_F(vxpkPackageCheckTest, json_givesTheHeaderItemsAndVerdict) {
               "\\\"d\\\" is not recorded before this item\"}\n");
 }
 
+// Output that never reached its reader is a failure, whatever printed it.
+TEST_F(vxpkPackageCheckTest, standardOutputThatCannotBeWritten_isASystemError) {
+    scratch.writeFile("w/in.vxpk", EncodePackage({FileRecord("a", "xy")}));
+    scratch.writeFile("w/other.vxpk", EncodePackage({FileRecord("a", "z")}));
+    const std::vector<std::pair<std::vector<std::string>, int>> cases = {
+        {{"list", "in.vxpk"}, 3},
+        {{"info", "in.vxpk"}, 3},
+        {{"verify", "in.vxpk"}, 3},
+        {{"cat", "in.vxpk", "a"}, 3},
+        {{"diff", "in.vxpk", "other.vxpk"}, 2},
+        {{"--help"}, 3},
+    };
+    for (const auto& [arguments, exitCode] : cases) {
+        std::vector<std::string> shell = {"-c", "exec \"$0\" \"$@\" > /dev/full", VXPK_PATH};
+        shell.insert(shell.end(), arguments.begin(), arguments.end());
+        const auto result = RunProgram("sh", shell, scratch.path("w"));
+        EXPECT_EQ(result.exitCode, exitCode) << arguments[0];
+        EXPECT_EQ(result.err, "vxpk: error: standard output: No space left on device\n")
+            << arguments[0];
+    }
+}
+
 }  // namespace
 }  // namespace vx
