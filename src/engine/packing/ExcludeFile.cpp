@@ -6,6 +6,7 @@
 #include "runtime/core/RuntimeException.h"
 #include "runtime/files/BinaryStream.h"
 #include "runtime/files/FolderItem.h"
+#include "runtime/text/Lines.h"
 
 namespace vx::engine {
 namespace {
@@ -30,14 +31,7 @@ bool isBlank(std::string_view line) {
 std::vector<std::string> readExcludeFile(const std::string& path) {
     const std::string text = readWhole(path);
     std::vector<std::string> patterns;
-    std::string_view rest = text;
-    while (!rest.empty()) {
-        const std::size_t end = rest.find('\n');
-        std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-        if (line.ends_with('\r')) {
-            line.remove_suffix(1);
-        }
+    for (const std::string_view line : SplitLines(text)) {
         if (!isBlank(line) && !line.starts_with('#')) {
             patterns.emplace_back(line);
         }
