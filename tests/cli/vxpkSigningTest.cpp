@@ -417,6 +417,19 @@ TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
     }
 }
 
+// Process substitution hands the keys over as pipes, which cannot seek.
+TEST_F(vxpkSigningTest, keysFromPipes_signAndVerify) {
+    plainKeys("k");
+    const auto piped = RunProgram("bash",
+                                  {"-c",
+                                   "set -e; \"$0\" sign app.vxpk --secret-key <(cat k.key); "
+                                   "\"$0\" verify app.vxpk --public-key <(cat k.pub)",
+                                   VXPK_PATH},
+                                  scratch.path("w"));
+    EXPECT_EQ(piped.exitCode, 0) << piped.err;
+    EXPECT_NE(piped.out.find("app.vxpk: good signature by key"), std::string::npos) << piped.out;
+}
+
 TEST_F(vxpkSigningTest, info_printsTheSha256OfThePackageBytes) {
     const auto summed = RunProgram("sha256sum", {"app.vxpk"}, scratch.path("w"), "");
     ASSERT_EQ(summed.exitCode, 0);

@@ -10,7 +10,8 @@
 namespace vx::engine {
 
 // The file at path, in locked memory, since it may hold a key; a file larger
-// than limit bytes is refused as no key or signature.
+// than limit bytes is refused as no key or signature. Read from start to end
+// without seeking, so a pipe does as well as a file.
 SecretBytes ReadSmallFile(const std::string& path, std::size_t limit);
 
 // Writes bytes to path through a temporary file renamed into place, so that

@@ -45,6 +45,12 @@ FullResult readFullyAt(int fd, char* data, std::size_t count, uint64_t offset) {
     });
 }
 
+FullResult readFully(int fd, char* data, std::size_t count) {
+    return repeat(count, [&](uint64_t done, uint64_t left) {
+        return systemCalls.read(fd, data + done, static_cast<std::size_t>(left));
+    });
+}
+
 FullResult writeFullyAt(int fd, const char* data, std::size_t count, uint64_t offset,
                         std::size_t piece) {
     const auto write = [&](uint64_t done, uint64_t left) {

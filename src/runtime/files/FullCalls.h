@@ -24,6 +24,11 @@ struct FullResult {
 // or on an error.
 FullResult readFullyAt(int fd, char* data, std::size_t count, uint64_t offset);
 
+// count bytes from fd's own position into data; fewer only at the end of
+// the input or on an error. Reads on until then, so a pipe that hands its
+// bytes over in pieces still fills data.
+FullResult readFully(int fd, char* data, std::size_t count);
+
 // count bytes of data at offset of fd, handing the kernel at most piece bytes
 // a call. A call that writes nothing counts as EIO, as it would never end.
 FullResult writeFullyAt(int fd, const char* data, std::size_t count, uint64_t offset,
