@@ -390,6 +390,8 @@ TEST_F(vxpkSigningTest, ctrlCAtThePasswordPrompt_givesTheEchoBack_andWritesNothi
     }
 }
 
+// A failure leaves no new file, and with --force the old secret key as it
+// was.
 TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
     struct Case {
         std::vector<std::string> options;
@@ -398,22 +400,39 @@ TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
         std::string error;
     };
     const std::vector<Case> cases = {
-        {{"--public-key", "missing/k.pub", "--without-password"},
+        {{"--secret-key", "k.key", "--public-key", "missing/k.pub", "--without-password"},
          "",
          3,
          "vxpk: error: missing/k.pub: No such file or directory\n"},
-        {{"--public-key", "k.pub"}, "", 1, "vxpk: error: standard input: no password given\n"},
-        {{"--public-key", "k.key", "--force", "--without-password"},
+        {{"--secret-key", "old.key", "--public-key", "missing/k.pub", "--force",
+          "--without-password"},
+         "",
+         3,
+         "vxpk: error: missing/k.pub: No such file or directory\n"},
+        {{"--secret-key", "k.key", "--public-key", "k.pub"},
+         "",
+         1,
+         "vxpk: error: standard input: no password given\n"},
+        {{"--secret-key", "k.key", "--public-key", "k.key", "--force", "--without-password"},
          "",
          1,
          "vxpk: error: k.key: the public and the secret key need two files\n"},
-        {{"--public-key", "k.pub"},
+        {{"--secret-key", "old.key", "--public-key", "./old.key", "--force", "--without-password"},
+         "",
+         1,
+         "vxpk: error: old.key: the public and the secret key need two files\n"},
+        {{"--secret-key", "k.key", "--public-key", "./k.key", "--force", "--without-password"},
+         "",
+         1,
+         "vxpk: error: k.key: the public and the secret key need two files\n"},
+        {{"--secret-key", "k.key", "--public-key", "k.pub"},
          "\n",
          1,
          "vxpk: error: password: empty; --without-password makes a key without one\n"},
     };
+    write("old.key", "the old secret key\n");
     for (const auto& [options, input, exitCode, error] : cases) {
-        expectRefused({"keygen", "--secret-key", "k.key"}, options, input, exitCode, error);
+        expectRefused({"keygen"}, options, input, exitCode, error);
     }
 }
 

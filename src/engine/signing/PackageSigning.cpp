@@ -5,10 +5,10 @@
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
+#include "engine/core/SameFile.h"
 #include "engine/signing/FileHash.h"
 #include "engine/signing/SmallFiles.h"
 #include "engine/signing/Sodium.h"
-#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -24,11 +24,7 @@ std::string OneLine(std::string_view text) {
 
 // A signature written over the package itself would lose the package.
 void RefuseSameFile(const std::string& package, const std::string& signaturePath) {
-    struct stat packageInfo;
-    struct stat signatureInfo;
-    if (systemCalls.stat(package.c_str(), &packageInfo) == 0 &&
-        systemCalls.stat(signaturePath.c_str(), &signatureInfo) == 0 &&
-        packageInfo.st_dev == signatureInfo.st_dev && packageInfo.st_ino == signatureInfo.st_ino) {
+    if (SameFile(package, signaturePath)) {
         failUnacceptable(signaturePath, "the signature would replace the package");
     }
 }

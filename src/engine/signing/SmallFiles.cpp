@@ -7,7 +7,6 @@
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
-#include "engine/core/TemporaryFile.h"
 #include "runtime/files/FullCalls.h"
 #include "runtime/files/SystemCalls.h"
 
@@ -41,19 +40,26 @@ SecretBytes ReadSmallFile(const std::string& path, std::size_t limit) {
     return bytes;
 }
 
-void WriteSmallFile(const std::string& path, std::string_view bytes, unsigned mode, bool replace) {
-    TemporaryFile file(path);
-    const FullResult written = writeFullyAt(file.fd(), bytes.data(), bytes.size(), 0);
+PendingFile::PendingFile(const std::string& path, std::string_view bytes) : file_(path) {
+    const FullResult written = writeFullyAt(file_.fd(), bytes.data(), bytes.size(), 0);
     if (written.error != 0) {
         failSystem(path, written.error);
     }
+}
+
+void PendingFile::commit(unsigned mode, bool replace) {
+    if (replace) {
+        file_.commit(mode);
+    } else {
+        file_.commitNew(mode);
+    }
+}
+
+void WriteSmallFile(const std::string& path, std::string_view bytes, unsigned mode, bool replace) {
+    PendingFile file(path, bytes);
     // The last moment at which a stop leaves nothing behind.
     StopIfInterrupted();
-    if (replace) {
-        file.commit(mode);
-    } else {
-        file.commitNew(mode);
-    }
+    file.commit(mode, replace);
 }
 
 }  // namespace vx::engine
