@@ -232,6 +232,14 @@ TEST_F(vxpkSigningTest, changedPackageSignatureOrKey_isRefusedByVerify) {
          ourKey, "vxpk: error: k.pub: not a minisign public key: it must be two lines\n"},
         {"garbled public key", [&] { write("k.pub", Replaced(publicKey, "\nRW", "\nQW")); }, ourKey,
          "vxpk: error: k.pub: the public key is not an Ed25519 key (algorithm \"Ed\")\n"},
+        {"empty key file name",
+         [] {},
+         {"--public-key", ""},
+         "vxpk: error: --public-key: empty: no key to check the signature against\n"},
+        {"empty key string",
+         [] {},
+         {"--public-key-string", ""},
+         "vxpk: error: --public-key-string: empty: no key to check the signature against\n"},
     };
     for (const auto& [what, change, options, error] : cases) {
         write("app.vxpk", kPackage);
