@@ -51,10 +51,15 @@ void ReadBlocks(const std::string& path, Consume&& consume) {
 }  // namespace
 
 Blake2b512 Blake2b512OfFile(const std::string& path) {
+    const OwnedDescriptor file(openPackageFile(path));
+    return Blake2b512OfFile(file.fd(), path);
+}
+
+Blake2b512 Blake2b512OfFile(int fd, const std::string& path) {
     StartSodium();
     crypto_generichash_state state;
     crypto_generichash_init(&state, nullptr, 0, crypto_generichash_BYTES_MAX);
-    ReadBlocks(path, [&](std::span<const unsigned char> bytes) {
+    ReadBlocks(fd, path, [&](std::span<const unsigned char> bytes) {
         crypto_generichash_update(&state, bytes.data(), bytes.size());
     });
     Blake2b512 digest{};

@@ -5,7 +5,9 @@
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
+#include "engine/core/OwnedDescriptor.h"
 #include "engine/core/SameFile.h"
+#include "engine/reading/PackageInput.h"
 #include "engine/signing/FileHash.h"
 #include "engine/signing/SmallFiles.h"
 #include "engine/signing/Sodium.h"
@@ -60,7 +62,11 @@ std::string DefaultTrustedComment(const std::string& package, const PackageSumma
 
 SignOutcome SignPackage(const SignRequest& request) {
     StartSodium();
-    const PackageSummary summary = WalkPackage(request.package, [](const PackageEntry&) {});
+    // Opened once: the bytes found sound are the bytes signed, even if the
+    // package is replaced while the password is typed.
+    const OwnedDescriptor package(openPackageFile(request.package));
+    const PackageSummary summary =
+        WalkPackage(request.package, package.fd(), [](const PackageEntry&) {});
     const std::string comment = TrustedComment(request, summary);
     const std::string signaturePath = request.signaturePath.empty()
                                           ? DefaultSignaturePath(request.package)
@@ -73,9 +79,9 @@ SignOutcome SignPackage(const SignRequest& request) {
     // once; from here on it stops the hashing so the signature file is never
     // left half-written.
     const InterruptibleWork work;
-    SignOutcome outcome{
-        .signaturePath = signaturePath,
-        .signature = MinisignSignature::Sign(key, Blake2b512OfFile(request.package), comment)};
+    SignOutcome outcome{.signaturePath = signaturePath,
+                        .signature = MinisignSignature::Sign(
+                            key, Blake2b512OfFile(package.fd(), request.package), comment)};
     WriteSmallFile(outcome.signaturePath, outcome.signature.FileText(), 0644, true);
     return outcome;
 }
