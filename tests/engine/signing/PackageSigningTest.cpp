@@ -99,8 +99,8 @@ TEST_F(PackageSigningTest, signalWhileHashing_leavesNoSignature) {
         {
             WatchForInterruption();
             systemCalls.pread = [](int fd, void* data, std::size_t count, off_t offset) {
-                // The hash's second block; the structure's walk reads the
-                // record headers only, never there.
+                // The hash's fifth 64 KiB block; the structure's walk
+                // reads the record headers only, never there.
                 if (offset == 256 << 10) {
                     ::kill(::getpid(), SIGINT);
                     while (InterruptingSignal() == 0) {
