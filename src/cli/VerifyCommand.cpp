@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
@@ -18,8 +19,10 @@ namespace {
 
 struct VerifyOptions {
     std::string package;
-    std::string publicKey;
-    std::string publicKeyString;
+    // Set when given, if only as "", which is refused rather than taken for
+    // no key at all.
+    std::optional<std::string> publicKey;
+    std::optional<std::string> publicKeyString;
     std::string signature;
     bool json = false;
 };
@@ -30,10 +33,7 @@ struct StructureVerdict {
 };
 
 // The signature's verdict: the signature when good, else the one line why.
-struct SignatureVerdict {
-    std::optional<engine::MinisignSignature> signature;
-    std::optional<engine::EngineFailure> failure;
-};
+using SignatureVerdict = std::variant<engine::MinisignSignature, engine::EngineFailure>;
 
 StructureVerdict checkStructure(const std::string& package) {
     const Ref<BinaryStream> stream = engine::openPackageStream(package);
@@ -53,32 +53,31 @@ StructureVerdict checkStructure(const std::string& package) {
 // not hold is a verdict, reported with the structure's.
 SignatureVerdict checkSignature(const VerifyOptions& options) {
     const engine::MinisignPublicKey key =
-        options.publicKey.empty()
-            ? engine::MinisignPublicKey::FromBase64(options.publicKeyString, "--public-key-string")
-            : engine::ReadPublicKey(options.publicKey);
+        options.publicKey ? engine::ReadPublicKey(*options.publicKey)
+                          : engine::MinisignPublicKey::FromBase64(*options.publicKeyString,
+                                                                  "--public-key-string");
     const std::string signaturePath = options.signature.empty()
                                           ? engine::DefaultSignaturePath(options.package)
                                           : options.signature;
-    SignatureVerdict verdict;
     try {
-        verdict.signature = engine::CheckSignature(options.package, signaturePath, key);
+        return engine::CheckSignature(options.package, signaturePath, key);
     } catch (const engine::EngineFailure& failure) {
         if (failure.kind != engine::FailureKind::kUnacceptable) {
             throw;
         }
-        verdict.failure = failure;
+        return failure;
     }
-    return verdict;
 }
 
 Ref<JSONItem> signatureJson(const SignatureVerdict& verdict) {
     auto item = NewJsonObject();
-    item->Value("valid", verdict.signature.has_value());
-    if (verdict.signature) {
-        item->Value("keyId", String(engine::KeyIdText(verdict.signature->keyId), nullptr));
-        item->Value("trustedComment", String(verdict.signature->trustedComment, nullptr));
+    const auto* signature = std::get_if<engine::MinisignSignature>(&verdict);
+    item->Value("valid", signature != nullptr);
+    if (signature != nullptr) {
+        item->Value("keyId", String(engine::KeyIdText(signature->keyId), nullptr));
+        item->Value("trustedComment", String(signature->trustedComment, nullptr));
     } else {
-        item->Value("problem", String(verdict.failure->what(), nullptr));
+        item->Value("problem", String(std::get<engine::EngineFailure>(verdict).what(), nullptr));
     }
     return item;
 }
@@ -104,20 +103,30 @@ void printText(const VerifyOptions& options, const StructureVerdict& structure,
     std::printf("%s: sound, %llu records\n", options.package.c_str(),
                 static_cast<unsigned long long>(structure.records));
     if (signature != nullptr) {
+        const auto& good = std::get<engine::MinisignSignature>(*signature);
         std::printf("%s: good signature by key %s\ntrusted comment: %s\n", options.package.c_str(),
-                    engine::KeyIdText(signature->signature->keyId).c_str(),
-                    signature->signature->trustedComment.c_str());
+                    engine::KeyIdText(good.keyId).c_str(), good.trustedComment.c_str());
+    }
+}
+
+// An empty key must not pass for no key, which would leave the signature
+// unchecked and call the package good.
+void refuseEmpty(const std::optional<std::string>& value, const std::string& option) {
+    if (value && value->empty()) {
+        engine::failUnacceptable(option, "empty: no key to check the signature against");
     }
 }
 
 void verify(const VerifyOptions& options) {
-    if (!options.signature.empty() && options.publicKey.empty() &&
-        options.publicKeyString.empty()) {
+    const bool keyGiven = options.publicKey || options.publicKeyString;
+    if (!options.signature.empty() && !keyGiven) {
         throw CLI::ValidationError("--signature", "needs --public-key or --public-key-string");
     }
+    refuseEmpty(options.publicKey, "--public-key");
+    refuseEmpty(options.publicKeyString, "--public-key-string");
     const StructureVerdict structure = checkStructure(options.package);
     std::optional<SignatureVerdict> signature;
-    if (!options.publicKey.empty() || !options.publicKeyString.empty()) {
+    if (keyGiven) {
         signature = checkSignature(options);
     }
     if (options.json) {
@@ -126,8 +135,9 @@ void verify(const VerifyOptions& options) {
     if (structure.problem) {
         engine::failUnacceptable(options.package, structure.problem->where());
     }
-    if (signature && signature->failure) {
-        throw *signature->failure;
+    if (const auto* failure =
+            signature ? std::get_if<engine::EngineFailure>(&*signature) : nullptr) {
+        throw *failure;
     }
     if (!options.json) {
         printText(options, structure, signature ? &*signature : nullptr);

@@ -232,6 +232,14 @@ TEST_F(vxpkSigningTest, changedPackageSignatureOrKey_isRefusedByVerify) {
          ourKey, "vxpk: error: k.pub: not a minisign public key: it must be two lines\n"},
         {"garbled public key", [&] { write("k.pub", Replaced(publicKey, "\nRW", "\nQW")); }, ourKey,
          "vxpk: error: k.pub: the public key is not an Ed25519 key (algorithm \"Ed\")\n"},
+        {"empty key file name",
+         [] {},
+         {"--public-key", ""},
+         "vxpk: error: --public-key: empty: no key to check the signature against\n"},
+        {"empty key string",
+         [] {},
+         {"--public-key-string", ""},
+         "vxpk: error: --public-key-string: empty: no key to check the signature against\n"},
     };
     for (const auto& [what, change, options, error] : cases) {
         write("app.vxpk", kPackage);
@@ -390,6 +398,8 @@ TEST_F(vxpkSigningTest, ctrlCAtThePasswordPrompt_givesTheEchoBack_andWritesNothi
     }
 }
 
+// A failure leaves no new file, and with --force the old secret key as it
+// was.
 TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
     struct Case {
         std::vector<std::string> options;
@@ -398,23 +408,53 @@ TEST_F(vxpkSigningTest, failedKeygen_leavesNothingBehind) {
         std::string error;
     };
     const std::vector<Case> cases = {
-        {{"--public-key", "missing/k.pub", "--without-password"},
+        {{"--secret-key", "k.key", "--public-key", "missing/k.pub", "--without-password"},
          "",
          3,
          "vxpk: error: missing/k.pub: No such file or directory\n"},
-        {{"--public-key", "k.pub"}, "", 1, "vxpk: error: standard input: no password given\n"},
-        {{"--public-key", "k.key", "--force", "--without-password"},
+        {{"--secret-key", "old.key", "--public-key", "missing/k.pub", "--force",
+          "--without-password"},
+         "",
+         3,
+         "vxpk: error: missing/k.pub: No such file or directory\n"},
+        {{"--secret-key", "k.key", "--public-key", "k.pub"},
+         "",
+         1,
+         "vxpk: error: standard input: no password given\n"},
+        {{"--secret-key", "k.key", "--public-key", "k.key", "--force", "--without-password"},
          "",
          1,
          "vxpk: error: k.key: the public and the secret key need two files\n"},
-        {{"--public-key", "k.pub"},
+        {{"--secret-key", "old.key", "--public-key", "./old.key", "--force", "--without-password"},
+         "",
+         1,
+         "vxpk: error: old.key: the public and the secret key need two files\n"},
+        {{"--secret-key", "k.key", "--public-key", "./k.key", "--force", "--without-password"},
+         "",
+         1,
+         "vxpk: error: k.key: the public and the secret key need two files\n"},
+        {{"--secret-key", "k.key", "--public-key", "k.pub"},
          "\n",
          1,
          "vxpk: error: password: empty; --without-password makes a key without one\n"},
     };
+    write("old.key", "the old secret key\n");
     for (const auto& [options, input, exitCode, error] : cases) {
-        expectRefused({"keygen", "--secret-key", "k.key"}, options, input, exitCode, error);
+        expectRefused({"keygen"}, options, input, exitCode, error);
     }
+}
+
+// Process substitution hands the keys over as pipes, which cannot seek.
+TEST_F(vxpkSigningTest, keysFromPipes_signAndVerify) {
+    plainKeys("k");
+    const auto piped = RunProgram("bash",
+                                  {"-c",
+                                   "set -e; \"$0\" sign app.vxpk --secret-key <(cat k.key); "
+                                   "\"$0\" verify app.vxpk --public-key <(cat k.pub)",
+                                   VXPK_PATH},
+                                  scratch.path("w"));
+    EXPECT_EQ(piped.exitCode, 0) << piped.err;
+    EXPECT_NE(piped.out.find("app.vxpk: good signature by key"), std::string::npos) << piped.out;
 }
 
 TEST_F(vxpkSigningTest, info_printsTheSha256OfThePackageBytes) {

@@ -29,13 +29,20 @@ int openPackageFile(const std::string& path) {
 }
 
 Ref<BinaryStream> openPackageStream(const std::string& path) {
-    auto stream = New<BinaryStream>(openPackageFile(path), false);
+    return packageStream(openPackageFile(path));
+}
+
+Ref<BinaryStream> packageStream(int fd) {
+    auto stream = New<BinaryStream>(fd, false);
     stream->UseIOExceptions = true;
     return stream;
 }
 
 vxpkRecordReader openPackage(const std::string& path) {
-    const Ref<BinaryStream> stream = openPackageStream(path);
+    return openPackage(path, openPackageStream(path));
+}
+
+vxpkRecordReader openPackage(const std::string& path, const Ref<BinaryStream>& stream) {
     return withPackage(path, [&] { return vxpkRecordReader(stream); });
 }
 

@@ -43,5 +43,8 @@ struct PackageSummary {
 // package that is not sound ends it with EngineFailure, unacceptable, a failed
 // read with a system one.
 PackageSummary WalkPackage(const std::string& path, const EntryVisitor& visit);
+// The same of the package at path that fd holds open. fd stays the caller's,
+// so that the very bytes walked can be read again, whatever replaces path.
+PackageSummary WalkPackage(const std::string& path, int fd, const EntryVisitor& visit);
 
 }  // namespace vx::engine

@@ -4,13 +4,14 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "engine/reading/PackageInput.h"
-#include "engine/signing/ReadAt.h"
 #include "engine/signing/Sodium.h"
+#include "runtime/files/FullCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -20,26 +21,45 @@ namespace {
 // when the hash reads it.
 constexpr std::size_t kBlockBytes = std::size_t{64} << 10;
 
-// Gives every block of the file at path to consume, in order.
+// Gives every block of the file open at fd, from its start, to consume in
+// order; a failed read is a system error naming path.
+template <class Consume>
+void ReadBlocks(int fd, const std::string& path, Consume&& consume) {
+    std::vector<char> block(kBlockBytes);
+    uint64_t offset = 0;
+    while (true) {
+        const FullResult got = readFullyAt(fd, block.data(), block.size(), offset);
+        if (got.error != 0) {
+            failSystem(path, got.error);
+        }
+        if (got.bytes == 0) {
+            return;
+        }
+        StopIfInterrupted();
+        consume(std::span<const unsigned char>(reinterpret_cast<const unsigned char*>(block.data()),
+                                               static_cast<std::size_t>(got.bytes)));
+        offset += got.bytes;
+    }
+}
+
 template <class Consume>
 void ReadBlocks(const std::string& path, Consume&& consume) {
     const OwnedDescriptor file(openPackageFile(path));
-    std::vector<unsigned char> block(kBlockBytes);
-    uint64_t offset = 0;
-    while (const std::size_t got = ReadAt(file.fd(), path, block, offset)) {
-        StopIfInterrupted();
-        consume(std::span<const unsigned char>(block.data(), got));
-        offset += got;
-    }
+    ReadBlocks(file.fd(), path, consume);
 }
 
 }  // namespace
 
 Blake2b512 Blake2b512OfFile(const std::string& path) {
+    const OwnedDescriptor file(openPackageFile(path));
+    return Blake2b512OfFile(file.fd(), path);
+}
+
+Blake2b512 Blake2b512OfFile(int fd, const std::string& path) {
     StartSodium();
     crypto_generichash_state state;
     crypto_generichash_init(&state, nullptr, 0, crypto_generichash_BYTES_MAX);
-    ReadBlocks(path, [&](std::span<const unsigned char> bytes) {
+    ReadBlocks(fd, path, [&](std::span<const unsigned char> bytes) {
         crypto_generichash_update(&state, bytes.data(), bytes.size());
     });
     Blake2b512 digest{};

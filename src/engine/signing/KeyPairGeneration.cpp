@@ -7,6 +7,7 @@
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
+#include "engine/core/SameFile.h"
 #include "engine/signing/SmallFiles.h"
 #include "engine/signing/Sodium.h"
 #include "runtime/files/SystemCalls.h"
@@ -41,7 +42,7 @@ std::optional<SecretBytes> Password(const KeyPairRequest& request) {
 
 MinisignPublicKey GenerateKeyPair(const KeyPairRequest& request) {
     StartSodium();
-    if (request.publicKeyPath == request.secretKeyPath) {
+    if (SameFile(request.publicKeyPath, request.secretKeyPath)) {
         failUnacceptable(request.secretKeyPath, "the public and the secret key need two files");
     }
     if (!request.replace) {
@@ -50,18 +51,24 @@ MinisignPublicKey GenerateKeyPair(const KeyPairRequest& request) {
     }
     const MinisignSecretKey key = MinisignSecretKey::Generate();
     const std::optional<SecretBytes> password = Password(request);
-    // While the password is typed nothing is written, and a signal may end
-    // the process at once; from here on it lets the key files be removed.
-    const InterruptibleWork work;
+    // Until the key files are written nothing is, and a signal during the
+    // prompt or the slow key derivation ends the process at once.
     const SecretBytes secretText = key.FileText(password ? &*password : nullptr, request.limits);
     const MinisignPublicKey publicKey = key.PublicKey();
-    WriteSmallFile(request.secretKeyPath, secretText.text(), 0600, request.replace);
+    const InterruptibleWork work;
+    // Both files whole before either replaces anything, so that a failure or
+    // a signal leaves the old pair as it was.
+    PendingFile secretFile(request.secretKeyPath, secretText.text());
+    PendingFile publicFile(request.publicKeyPath, publicKey.FileText());
+    StopIfInterrupted();
+    publicFile.commit(0644, request.replace);
+    // The secret key goes last: whatever fails, the user keeps one.
     try {
-        WriteSmallFile(request.publicKeyPath, publicKey.FileText(), 0644, request.replace);
+        secretFile.commit(0600, request.replace);
     } catch (...) {
-        // A secret key without its public key is of no use and must not
-        // stay behind.
-        systemCalls.unlinkat(AT_FDCWD, request.secretKeyPath.c_str(), 0);
+        // A public key that no secret key matches would only mislead; the
+        // old secret key, where there is one, still holds its public key.
+        systemCalls.unlinkat(AT_FDCWD, request.publicKeyPath.c_str(), 0);
         throw;
     }
     return publicKey;

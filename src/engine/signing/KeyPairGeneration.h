@@ -19,7 +19,8 @@ struct KeyPairRequest {
 
 // Makes a new key pair and writes it in minisign's files: the secret key
 // private (0600), the public key readable by all, each whole or not at all.
-// When any step fails, neither file is left behind.
+// When any step fails, no new file is left behind and a secret key that
+// was there stays.
 MinisignPublicKey GenerateKeyPair(const KeyPairRequest& request);
 
 }  // namespace vx::engine

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/core/EngineFailure.h"
+#include "runtime/text/Lines.h"
 
 namespace vx::engine {
 namespace {

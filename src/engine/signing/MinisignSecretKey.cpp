@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "engine/core/EngineFailure.h"
+#include "runtime/text/Lines.h"
 
 namespace vx::engine {
 namespace {

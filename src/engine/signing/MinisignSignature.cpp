@@ -8,6 +8,7 @@
 
 #include "engine/core/EngineFailure.h"
 #include "engine/signing/MinisignSecretKey.h"
+#include "runtime/text/Lines.h"
 
 namespace vx::engine {
 namespace {

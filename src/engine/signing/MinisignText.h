@@ -5,7 +5,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 // The pieces that minisign's key and signature files share: their lines,
 // their comment prefixes, base64 and the way minisign prints a key id.
@@ -23,10 +22,6 @@ inline constexpr std::size_t kTrustedLineMax = 8192;
 
 using KeyId = std::array<unsigned char, kKeyIdBytes>;
 using SignatureBytes = std::array<unsigned char, kSignatureBytes>;
-
-// The lines of a file, each without its "\n" and a "\r" before it; a last
-// line may lack its "\n".
-std::vector<std::string_view> SplitLines(std::string_view text);
 
 // line without prefix; a line that lacks it is refused as what, in source.
 std::string_view AfterPrefix(std::string_view line, std::string_view prefix,

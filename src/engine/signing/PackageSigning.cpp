@@ -5,10 +5,12 @@
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
+#include "engine/core/OwnedDescriptor.h"
+#include "engine/core/SameFile.h"
+#include "engine/reading/PackageInput.h"
 #include "engine/signing/FileHash.h"
 #include "engine/signing/SmallFiles.h"
 #include "engine/signing/Sodium.h"
-#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
@@ -24,11 +26,7 @@ std::string OneLine(std::string_view text) {
 
 // A signature written over the package itself would lose the package.
 void RefuseSameFile(const std::string& package, const std::string& signaturePath) {
-    struct stat packageInfo;
-    struct stat signatureInfo;
-    if (systemCalls.stat(package.c_str(), &packageInfo) == 0 &&
-        systemCalls.stat(signaturePath.c_str(), &signatureInfo) == 0 &&
-        packageInfo.st_dev == signatureInfo.st_dev && packageInfo.st_ino == signatureInfo.st_ino) {
+    if (SameFile(package, signaturePath)) {
         failUnacceptable(signaturePath, "the signature would replace the package");
     }
 }
@@ -64,7 +62,11 @@ std::string DefaultTrustedComment(const std::string& package, const PackageSumma
 
 SignOutcome SignPackage(const SignRequest& request) {
     StartSodium();
-    const PackageSummary summary = WalkPackage(request.package, [](const PackageEntry&) {});
+    // Opened once: the bytes found sound are the bytes signed, even if the
+    // package is replaced while the password is typed.
+    const OwnedDescriptor package(openPackageFile(request.package));
+    const PackageSummary summary =
+        WalkPackage(request.package, package.fd(), [](const PackageEntry&) {});
     const std::string comment = TrustedComment(request, summary);
     const std::string signaturePath = request.signaturePath.empty()
                                           ? DefaultSignaturePath(request.package)
@@ -77,9 +79,9 @@ SignOutcome SignPackage(const SignRequest& request) {
     // once; from here on it stops the hashing so the signature file is never
     // left half-written.
     const InterruptibleWork work;
-    SignOutcome outcome{
-        .signaturePath = signaturePath,
-        .signature = MinisignSignature::Sign(key, Blake2b512OfFile(request.package), comment)};
+    SignOutcome outcome{.signaturePath = signaturePath,
+                        .signature = MinisignSignature::Sign(
+                            key, Blake2b512OfFile(package.fd(), request.package), comment)};
     WriteSmallFile(outcome.signaturePath, outcome.signature.FileText(), 0644, true);
     return outcome;
 }

@@ -9,21 +9,16 @@
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
+#include "runtime/files/FullCalls.h"
 #include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 namespace {
 
 void Prompt(std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = systemCalls.write(STDERR_FILENO, text.data(), text.size());
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written < 0) {
-            failSystem("standard error", errno);
-        }
-        text.remove_prefix(static_cast<std::size_t>(written));
+    if (const FullResult written = writeFully(STDERR_FILENO, text.data(), text.size());
+        written.error != 0) {
+        failSystem("standard error", written.error);
     }
 }
 

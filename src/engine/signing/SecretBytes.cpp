@@ -2,28 +2,39 @@
 
 #include <sodium.h>
 
+#include <new>
+
+#include "engine/signing/Sodium.h"
+
 namespace vx::engine {
 
-SecretBytes::SecretBytes(std::size_t size)
-    : data_(new unsigned char[size == 0 ? 1 : size]()), size_(size), capacity_(size) {
-    // A failed lock (a low RLIMIT_MEMLOCK) still leaves a buffer that is
-    // wiped; libsodium's own allocator makes the same choice.
-    sodium_mlock(data_, capacity_);
+namespace {
+
+// Pages of their own, locked where the system allows it, between guard pages
+// that catch an overrun: a lock on a buffer that shares its page with others
+// would be undone when any of them is unlocked.
+unsigned char* Allocate(std::size_t size) {
+    StartSodium();
+    auto* data = static_cast<unsigned char*>(sodium_malloc(size == 0 ? 1 : size));
+    if (data == nullptr) {
+        throw std::bad_alloc();
+    }
+    sodium_memzero(data, size);
+    return data;
 }
+
+}  // namespace
+
+SecretBytes::SecretBytes(std::size_t size) : data_(Allocate(size)), size_(size) {}
 
 SecretBytes::~SecretBytes() {
-    if (data_ != nullptr) {
-        sodium_memzero(data_, capacity_);
-        sodium_munlock(data_, capacity_);
-        delete[] data_;
-    }
+    // sodium_free wipes and unlocks the pages before it gives them back.
+    sodium_free(data_);
 }
 
-SecretBytes::SecretBytes(SecretBytes&& other) noexcept
-    : data_(other.data_), size_(other.size_), capacity_(other.capacity_) {
+SecretBytes::SecretBytes(SecretBytes&& other) noexcept : data_(other.data_), size_(other.size_) {
     other.data_ = nullptr;
     other.size_ = 0;
-    other.capacity_ = 0;
 }
 
 void SecretBytes::shrink(std::size_t size) {

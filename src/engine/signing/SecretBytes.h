@@ -29,7 +29,6 @@ public:
 private:
     unsigned char* data_;
     std::size_t size_;
-    std::size_t capacity_;
 };
 
 // Constant-time equality of two secrets; different sizes are unequal.

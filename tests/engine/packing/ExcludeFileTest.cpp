@@ -49,7 +49,7 @@ TEST(ExcludeFileTest, readExcludeFile_ofAFileThatCannotBeReadSaysWhichAndWhy) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {scratch.path("missing"), "No such file or directory"},
         {scratch.makeFolder("folder"), "Is a directory"},
-        {"/dev/zero", "more than 16 MiB of patterns"},
+        {"/dev/zero", "more than 1 MiB of patterns"},
     };
     for (const auto& [path, reason] : cases) {
         try {

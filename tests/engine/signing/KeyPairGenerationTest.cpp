@@ -6,7 +6,10 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
+#include <string_view>
 #include <thread>
+#include <vector>
 
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
@@ -80,25 +83,37 @@ TEST_F(KeyPairGenerationTest, fullDisk_leavesNoKeyFile) {
     }
 }
 
-// A signal while the files are written stops the work; neither file, nor a
-// temporary one, stays. The signal comes from the first write itself, so the
-// stop is met at a known step.
-TEST_F(KeyPairGenerationTest, signalWhileWriting_leavesNoKeyFile) {
+// A signal while the files are written stops the work; the old key files
+// stay as they were and no temporary one is left. The signal comes from the
+// public key's write, after the secret key's, so the stop is met at a known
+// step.
+TEST_F(KeyPairGenerationTest, signalWhileWriting_keepsTheOldKeys) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    scratch.writeFile("k.key", "old secret");
+    scratch.writeFile("k.pub", "old public");
+    const std::vector<std::string> oldNames = names();
     EXPECT_EXIT(
         {
             WatchForInterruption();
             systemCalls.pwrite = [](int fd, const void* data, std::size_t count, off_t offset) {
-                ::kill(::getpid(), SIGTERM);
-                while (InterruptingSignal() == 0) {
-                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                if (std::string_view(static_cast<const char*>(data), count)
+                        .starts_with("untrusted comment: minisign public key")) {
+                    ::kill(::getpid(), SIGTERM);
+                    while (InterruptingSignal() == 0) {
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                    }
                 }
                 return kRealSystemCalls.pwrite(fd, data, count, offset);
             };
+            KeyPairRequest asked = request(false);
+            asked.replace = true;
             try {
-                GenerateKeyPair(request(false));
+                GenerateKeyPair(asked);
             } catch (const Interrupted& interrupted) {
-                std::_Exit(names().empty() ? interrupted.signal : 1);
+                const bool kept = names() == oldNames &&
+                                  scratch.readFile("k.key") == "old secret" &&
+                                  scratch.readFile("k.pub") == "old public";
+                std::_Exit(kept ? interrupted.signal : 1);
             }
             std::_Exit(2);
         },

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
+#include <string_view>
 #include <thread>
 
 #include "container/PackageBytes.h"
@@ -68,6 +70,28 @@ TEST_F(PackageSigningTest, defaultComment_carriesTheGivenTime) {
               "timestamp:1700000000\tfile:a.vxpk\tname:N\tuid:u\thashed");
 }
 
+// A package replaced by another file once it was found sound, here while the
+// secret key is read, is not what gets signed: the bytes checked are the
+// bytes hashed.
+TEST_F(PackageSigningTest, packageReplacedAfterItsCheck_theCheckedBytesAreSigned) {
+    scratch.writeFile("checked.vxpk", scratch.readFile("app.vxpk"));
+    static std::string replacement;
+    static std::string package;
+    replacement = scratch.writeFile("replacement", "not a package");
+    package = request().package;
+    struct Restore {
+        ~Restore() { systemCalls = kRealSystemCalls; }
+    } restore;
+    systemCalls.openat = [](int folder, const char* name, int flags, mode_t mode) {
+        if (std::string_view(name).ends_with("k.key")) {
+            std::filesystem::rename(replacement, package);
+        }
+        return kRealSystemCalls.openat(folder, name, flags, mode);
+    };
+    const SignOutcome outcome = SignPackage(request());
+    EXPECT_NO_THROW(CheckSignature(scratch.path("checked.vxpk"), outcome.signaturePath, key));
+}
+
 TEST_F(PackageSigningTest, signalWhileHashing_leavesNoSignature) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const std::size_t before = fileCount();
@@ -75,8 +99,8 @@ TEST_F(PackageSigningTest, signalWhileHashing_leavesNoSignature) {
         {
             WatchForInterruption();
             systemCalls.pread = [](int fd, void* data, std::size_t count, off_t offset) {
-                // The hash's second block; the structure's walk reads the
-                // record headers only, never there.
+                // The hash's fifth 64 KiB block; the structure's walk
+                // reads the record headers only, never there.
                 if (offset == 256 << 10) {
                     ::kill(::getpid(), SIGINT);
                     while (InterruptingSignal() == 0) {
