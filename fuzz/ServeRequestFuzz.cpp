@@ -67,7 +67,10 @@ void checkPlan(std::string_view target, const ResponsePlan& plan) {
     const bool answered = plan.status == 200 || plan.status == 206;
     require(answered || plan.length == 0);
     require(answered || plan.status == 304 || plan.status == 416 || plan.status == 400 ||
-            plan.status == 404);
+            plan.status == 404 || plan.status == 301 || plan.status == 302);
+    // A redirect leads to a path inside the package, never to another host.
+    require((plan.status != 301 && plan.status != 302) ||
+            DecodeRequestPath(plan.location).valid);
     if (answered) {
         const IndexedRecord* file = ResolvePath(package(), decoded.path).file;
         require(file != nullptr && !file->isFolder);

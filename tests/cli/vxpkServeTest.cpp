@@ -82,7 +82,9 @@ TEST_F(vxpkServeTest, rootAndFolders_answerTheMainFileAndIndexPages) {
     EXPECT_EQ(get(server, "/").body, "<h1>start</h1>");
     EXPECT_EQ(get(server, "/index.html").body, "<h1>index</h1>");
     EXPECT_EQ(get(server, "/docs/").body, "<h1>docs</h1>");
-    EXPECT_EQ(get(server, "/docs").body, "<h1>docs</h1>");
+    HttpAnswer folder = get(server, "/docs");
+    EXPECT_EQ(folder.status, 301);
+    EXPECT_EQ(folder.headers["location"], "/docs/");
     HttpAnswer big = get(server, "/data/big.bin");
     EXPECT_EQ(big.body, std::string(200000, 'b') + "end");
     EXPECT_EQ(big.headers["content-type"], "application/octet-stream");
@@ -100,6 +102,23 @@ TEST_F(vxpkServeTest, rootAndFolders_answerTheMainFileAndIndexPages) {
         EXPECT_EQ(answer.headers["content-type"], typed.type) << typed.target;
     }
     EXPECT_TRUE(server.logs("GET /css/site.css 200 31\n")) << server.errors();
+    EXPECT_TRUE(server.logs("GET /docs 301 0\n")) << server.errors();
+}
+
+TEST_F(vxpkServeTest, mainFileInAFolder_isWhereTheRootSendsTheBrowser) {
+    scratch.writeFile("nested/app/main page.html", "<link href=\"s.css\">");
+    scratch.writeFile("nested/package.json", R"({"main":"app/main page.html"})");
+    ASSERT_EQ(
+        RunVxpk({"pack", "nested", "nested.vxpk", "--name", "N", "--uid", "n"}, scratch.path())
+            .exitCode,
+        0);
+    ServeProcess server({"serve", "nested.vxpk"}, scratch.path());
+    ASSERT_FALSE(server.url().empty()) << server.errors();
+    HttpAnswer root = get(server, "/");
+    EXPECT_EQ(root.status, 302);
+    EXPECT_EQ(root.headers["location"], "/app/main%20page.html");
+    EXPECT_EQ(get(server, root.headers["location"]).body, "<link href=\"s.css\">");
+    EXPECT_TRUE(server.logs("GET / 302 0\n")) << server.errors();
 }
 
 TEST_F(vxpkServeTest, headRangesAndTags_answerAsHTTPSays) {

@@ -62,6 +62,10 @@ void answer(const ServedPackage& package, const httplib::Request& request,
         response.set_content(plan.reason + "\n", "text/plain; charset=utf-8");
         return;
     }
+    if (!plan.location.empty()) {
+        response.set_header("Location", plan.location);
+        return;
+    }
     response.set_header("ETag", plan.etag);
     response.set_header("Accept-Ranges", "bytes");
     if (!plan.contentRange.empty()) {

@@ -1,5 +1,7 @@
 #include "engine/preview/ResponsePlan.h"
 
+#include <algorithm>
+
 #include "engine/preview/ByteRange.h"
 #include "engine/preview/ContentTypes.h"
 #include "engine/preview/EntityTag.h"
@@ -40,6 +42,19 @@ void applyRange(ResponsePlan& plan, const IndexedRecord& file,
     }
 }
 
+ResponsePlan redirect(int status, std::string location) {
+    ResponsePlan plan;
+    plan.status = status;
+    plan.location = std::move(location);
+    return plan;
+}
+
+// The target with "/" after its path, its query kept.
+std::string withFolderSlash(std::string_view target) {
+    const size_t end = std::min(target.find_first_of("?#"), target.size());
+    return std::string(target.substr(0, end)) + "/" + std::string(target.substr(end));
+}
+
 }  // namespace
 
 ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request) {
@@ -50,6 +65,12 @@ ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request) {
     const PathResolution found = ResolvePath(index, asked.path);
     if (found.file == nullptr) {
         return refusal(404, found.reason);
+    }
+    if (asked.path.empty() && found.path.find('/') != std::string::npos) {
+        return redirect(302, EncodeRequestPath(found.path));
+    }
+    if (!asked.folderForm && found.path != asked.path) {
+        return redirect(301, withFolderSlash(request.target));
     }
     ResponsePlan plan;
     plan.etag = EntityTagOf(*found.file);
