@@ -17,8 +17,8 @@ struct IndexedRecord {
     uint64_t size = 0;
 };
 
-// The paths of a package mapped to their records, and the file the host
-// loads first; built once, then only read, by any number of threads.
+// The paths of a package mapped to their records, the file the host loads
+// first and the package's identity; built once, then only read, by any number of threads.
 class PathIndex {
 public:
     void add(const PackageEntry& entry);
@@ -27,6 +27,9 @@ public:
 
     const std::string& mainFile() const { return mainFile_; }
     void setMainFile(std::string path) { mainFile_ = std::move(path); }
+    // The package's identity, part of every ETag.
+    const std::string& identity() const { return identity_; }
+    void setIdentity(std::string identity) { identity_ = std::move(identity); }
 
 private:
     struct Hash {
@@ -37,6 +40,7 @@ private:
     };
     std::unordered_map<std::string, IndexedRecord, Hash, std::equal_to<>> records_;
     std::string mainFile_ = "index.html";
+    std::string identity_;
 };
 
 }  // namespace vx::engine

@@ -73,7 +73,7 @@ ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request) {
         return redirect(301, withFolderSlash(request.target));
     }
     ResponsePlan plan;
-    plan.etag = EntityTagOf(*found.file);
+    plan.etag = EntityTagOf(index.identity(), *found.file);
     if (request.ifNoneMatch && NoneMatchNames(*request.ifNoneMatch, plan.etag)) {
         plan.status = 304;
         return plan;

@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/preview/EntityTag.h"
 #include "engine/preview/MainFile.h"
 #include "engine/preview/PackageBytes.h"
 #include "engine/reading/PackageInput.h"
@@ -39,6 +40,12 @@ ServedPackage::ServedPackage(const std::string& path) : file_(openPackageFile(pa
         WalkRecords(reader, [this](const PackageEntry& entry) { index_.add(entry); });
     });
     readMainFile(path);
+    // Once, from the descriptor held: the name may lead elsewhere by now.
+    struct stat info;
+    if (systemCalls.fstat(file_.fd(), &info) != 0) {
+        failSystem(path, errno);
+    }
+    index_.setIdentity(PackageIdentityOf(info));
 }
 
 void ServedPackage::readMainFile(const std::string& path) {
