@@ -149,6 +149,14 @@ TEST_F(vxpkServeTest, headRangesAndTags_answerAsHTTPSays) {
     EXPECT_EQ(cached.status, 304);
     EXPECT_EQ(cached.body, "");
     EXPECT_EQ(get(server, "/css/site.css", {"-H", "If-None-Match: \"0-0\""}).status, 200);
+    // The library must not cut the whole answer to the Range after all.
+    HttpAnswer stale =
+        get(server, "/css/site.css", {"-H", "Range: bytes=0-0", "-H", "If-Range: \"0-0\""});
+    EXPECT_EQ(stale.status, 200);
+    EXPECT_EQ(stale.body.size(), 31u);
+    EXPECT_EQ(
+        get(server, "/css/site.css", {"-H", "Range: bytes=0-0", "-H", "If-Range: " + tag}).body,
+        "b");
 }
 
 TEST_F(vxpkServeTest, missingNames_are404WithTheReasonOnStandardError) {

@@ -51,7 +51,8 @@ void fillBody(int fd, const ResponsePlan& plan, httplib::Response& response) {
 ResponsePlan planFor(const ServedPackage& package, const httplib::Request& request) {
     return PlanResponse(package.index(), {.target = request.target,
                                           .range = headerOf(request, "Range"),
-                                          .ifNoneMatch = headerOf(request, "If-None-Match")});
+                                          .ifNoneMatch = headerOf(request, "If-None-Match"),
+                                          .ifRange = headerOf(request, "If-Range")});
 }
 
 void answer(const ServedPackage& package, const httplib::Request& request,

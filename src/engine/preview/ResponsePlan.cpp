@@ -79,7 +79,10 @@ ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request) {
         return plan;
     }
     plan.contentType = ContentTypeOf(found.path);
-    applyRange(plan, *found.file, request.range);
+    // Strong comparison: a weak tag, or a date (no Last-Modified is ever
+    // sent), cannot vouch that the part asked for fits the copy held.
+    const bool rangeHolds = !request.ifRange || *request.ifRange == plan.etag;
+    applyRange(plan, *found.file, rangeHolds ? request.range : std::nullopt);
     return plan;
 }
 

@@ -10,11 +10,13 @@
 namespace vx::engine {
 
 // What the server was asked: the raw request target, before any decoding,
-// and the two headers that change the answer.
+// and the headers that change the answer.
 struct RequestFacts {
     std::string_view target;
     std::optional<std::string_view> range;
     std::optional<std::string_view> ifNoneMatch;
+    // The Range applies only while this names the file's current tag.
+    std::optional<std::string_view> ifRange;
 };
 
 // The whole answer to one GET or HEAD, decided without reading a byte of
@@ -37,9 +39,9 @@ struct ResponsePlan {
     std::string reason;
 };
 
-// Decodes and resolves the target in the index, then applies If-None-Match
-// and Range to the file found. A page must be answered at its own URL for its
-// relative links to work: a folder asked for without its "/" is sent there
+// Decodes and resolves the target in the index, then applies If-None-Match,
+// and Range unless If-Range names another version, to the file found. A page must be answered at
+// its own URL for its relative links to work: a folder asked for without its "/" is sent there
 // (301), and "/" is sent to a main file below the root (302); one at the
 // root answers "/" itself. Nothing outside the index can be named, so
 // nothing outside the package can be read.

@@ -33,8 +33,11 @@ protected:
                    .size = size});
     }
     ResponsePlan plan(std::string_view target, std::optional<std::string_view> range = {},
-                      std::optional<std::string_view> ifNoneMatch = {}) const {
-        return PlanResponse(index, {.target = target, .range = range, .ifNoneMatch = ifNoneMatch});
+                      std::optional<std::string_view> ifNoneMatch = {},
+                      std::optional<std::string_view> ifRange = {}) const {
+        return PlanResponse(
+            index,
+            {.target = target, .range = range, .ifNoneMatch = ifNoneMatch, .ifRange = ifRange});
     }
     uint64_t contentsOf(const std::string& path) const { return index.find(path)->contentsOffset; }
 
@@ -194,6 +197,18 @@ TEST_F(ResponsePlanTest, rangeOfTheFile_answersThatPartOfItsRecord) {
 TEST_F(ResponsePlanTest, rangeWithCurrentTag_answersNotModified) {
     const std::string tag = plan("/index.html").etag;
     EXPECT_EQ(plan("/index.html", "bytes=0-1", tag).status, 304);
+}
+
+TEST_F(ResponsePlanTest, ifRange_keepsTheRangeOnlyForTheCurrentStrongTag) {
+    const std::string tag = plan("/css/site.css").etag;
+    EXPECT_EQ(plan("/css/site.css", "bytes=0-0", {}, tag).status, 206);
+    for (const std::string& other :
+         {std::string("\"other\""), "W/" + tag, std::string("Tue, 24 Nov 2026 10:00:00 GMT")}) {
+        const ResponsePlan whole = plan("/css/site.css", "bytes=0-0", {}, other);
+        EXPECT_EQ(whole.status, 200) << other;
+        EXPECT_EQ(whole.length, 10u) << other;
+        EXPECT_EQ(whole.contentRange, "") << other;
+    }
 }
 
 }  // namespace

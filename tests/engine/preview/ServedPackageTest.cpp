@@ -51,7 +51,8 @@ TEST_F(ServedPackageTest, open_indexesEveryRecordAndReadsTheMainFile) {
 TEST_F(ServedPackageTest, samePlacesDifferentPackage_giveDifferentTags) {
     const ServedPackage first(pack(R"({"a": 1})"));
     const ServedPackage second(pack(R"({"b": 1})"));
-    const RequestFacts request{.target = "/package.json", .range = {}, .ifNoneMatch = {}};
+    const RequestFacts request{
+        .target = "/package.json", .range = {}, .ifNoneMatch = {}, .ifRange = {}};
     EXPECT_EQ(first.index().find("package.json")->recordOffset,
               second.index().find("package.json")->recordOffset);
     EXPECT_NE(PlanResponse(first.index(), request).etag,
