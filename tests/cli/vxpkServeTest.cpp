@@ -178,6 +178,21 @@ TEST_F(vxpkServeTest, missingNames_are404WithTheReasonOnStandardError) {
     }
 }
 
+TEST_F(vxpkServeTest, otherMethods_are405NamingTheTwoAnswered) {
+    ServeProcess server({"serve", "app.vxpk"}, scratch.path());
+    ASSERT_FALSE(server.url().empty()) << server.errors();
+    for (const std::vector<std::string>& method :
+         {std::vector<std::string>{"-X", "POST", "--data", "x=1"},
+          {"-X", "PUT", "--data", "x"},
+          {"-X", "OPTIONS"},
+          {"-X", "DELETE"}}) {
+        HttpAnswer refused = get(server, "/index.html", method);
+        EXPECT_EQ(refused.status, 405) << method[1];
+        EXPECT_EQ(refused.headers["allow"], "GET, HEAD") << method[1];
+        EXPECT_TRUE(server.logs(method[1] + " /index.html 405 ")) << server.errors();
+    }
+}
+
 // Every way a request could try to leave the package, raw and encoded.
 TEST_F(vxpkServeTest, escapeAttempts_areRefusedAndReadNothingOutside) {
     ServeProcess server({"serve", "app.vxpk"}, scratch.path());

@@ -77,6 +77,16 @@ void answer(const ServedPackage& package, const httplib::Request& request,
     }
 }
 
+// A request with any other method may carry a body, which is never read,
+// so the connection cannot carry another request after it.
+void refuseMethod(httplib::Request& request, httplib::Response& response) {
+    response.status = 405;
+    response.set_header("Allow", "GET, HEAD");
+    response.set_content("only GET and HEAD are answered\n", "text/plain; charset=utf-8");
+    request.headers.erase("Connection");
+    request.headers.emplace("Connection", "close");
+}
+
 // The target as the log shows it: control characters, which a client could
 // send to forge lines, are escaped.
 std::string printable(std::string_view target) {
@@ -129,19 +139,22 @@ PackageServer::PackageServer(const ServedPackage& package)
     // Headers and body leave in separate writes; without this the second
     // waits for the client's delayed acknowledgement, some 40 ms a request.
     server_->set_tcp_nodelay(true);
-    // Every GET and HEAD is answered here, before the library's routing,
-    // which would match a pattern for each request to find the one handler.
-    // The library would also apply the Range header again to whatever is
-    // answered, and gets unsatisfiable ones wrong; the plan answers ranges
-    // itself, so the library is given none. The request is the library's own
-    // non-const object, handed over as const.
+    // Every request is answered here, before the library's routing, which
+    // would match a pattern for each request to find the one handler, and
+    // would answer other methods 400 or 404. The library would also apply
+    // the Range header again to whatever is answered, and gets unsatisfiable
+    // ones wrong; the plan answers ranges itself, so the library is given
+    // none. The request is the library's own non-const object, handed over
+    // as const.
     server_->set_pre_routing_handler(
         [this](const httplib::Request& request, httplib::Response& response) {
+            auto& asked = const_cast<httplib::Request&>(request);
             if (request.method != "GET" && request.method != "HEAD") {
-                return httplib::Server::HandlerResponse::Unhandled;
+                refuseMethod(asked, response);
+            } else {
+                asked.ranges.clear();
+                answer(package_, request, response);
             }
-            const_cast<httplib::Request&>(request).ranges.clear();
-            answer(package_, request, response);
             return httplib::Server::HandlerResponse::Handled;
         });
     server_->set_logger([this](const httplib::Request& request, const httplib::Response& response) {
