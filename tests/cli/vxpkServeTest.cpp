@@ -168,7 +168,10 @@ TEST_F(vxpkServeTest, missingNames_are404WithTheReasonOnStandardError) {
     HttpAnswer missing = get(server, "/nothing.js", {"--compressed"});
     EXPECT_EQ(missing.status, 404);
     EXPECT_EQ(missing.body, "not in the package\n");
+    // The library refuses a Range it cannot read before the plan is asked.
+    EXPECT_EQ(get(server, "/nothing", {"-H", "Range: items=0-1"}).status, 416);
     for (const std::string& line : std::vector<std::string>{
+             "GET /nothing 416 0\n",
              "GET /_next/chunk.js 404 61 not in the package: names starting with '_' are never "
              "packed\n",
              "GET /.env 404 61 not in the package: names starting with '.' are never packed\n",

@@ -104,19 +104,21 @@ std::string printable(std::string_view target) {
 }
 
 // The reason comes from planning the request again, which is cheap and
-// reads nothing: the body that carried it may have been compressed by now,
-// and the library answers some requests without asking the handler.
+// reads nothing: the body that carried it may have been compressed by now.
+// The library answers some requests without asking the handler (a Range it
+// cannot parse, a method it does not know), so a reason belongs to the
+// answer only when the plan gives the status that was sent.
 void logRequest(const ServedPackage& package, const httplib::Request& request,
                 const httplib::Response& response) {
     const std::string bytes =
         request.method == "HEAD" ? "0" : response.get_header_value("Content-Length");
     std::string line = request.method + " " + printable(request.target) + " " +
                        std::to_string(response.status) + " " + (bytes.empty() ? "0" : bytes);
-    const bool planned = request.method == "GET" || request.method == "HEAD";
-    if (const std::string reason =
-            response.status >= 400 && planned ? planFor(package, request).reason : std::string();
-        !reason.empty()) {
-        line += " " + reason;
+    if (response.status >= 400) {
+        if (const ResponsePlan plan = planFor(package, request);
+            plan.status == response.status && !plan.reason.empty()) {
+            line += " " + plan.reason;
+        }
     }
     std::fputs((line + "\n").c_str(), stderr);
 }
