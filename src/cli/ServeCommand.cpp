@@ -38,9 +38,11 @@ void serve(const ServeOptions& options) {
     if (options.open) {
         openInBrowser(url);
     }
-    // A signal stops the server, and main ends with 128 and its number.
-    const engine::InterruptibleWork work;
+    // A signal stops the server, and main ends with 128 and its number. The
+    // action comes first: a signal before the work begins then still ends
+    // the process, where one between the two would stop nothing.
     const engine::InterruptionAction stop([&server] { server.stop(); });
+    const engine::InterruptibleWork work;
     server.run();
 }
 
