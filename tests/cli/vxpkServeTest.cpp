@@ -170,8 +170,14 @@ TEST_F(vxpkServeTest, missingNames_are404WithTheReasonOnStandardError) {
     EXPECT_EQ(missing.body, "not in the package\n");
     // The library refuses a Range it cannot read before the plan is asked.
     EXPECT_EQ(get(server, "/nothing", {"-H", "Range: items=0-1"}).status, 416);
+    // Control characters, ASCII and C1 in UTF-8, would drive the terminal.
+    EXPECT_EQ(get(server,
+                  "/a\x1b\xC2\x9B"
+                  "2J\xC2\xA0")
+                  .status,
+              404);
     for (const std::string& line : std::vector<std::string>{
-             "GET /nothing 416 0\n",
+             "GET /nothing 416 0\n", "GET /a%1B%C2%9B2J\xC2\xA0 404 ",
              "GET /_next/chunk.js 404 61 not in the package: names starting with '_' are never "
              "packed\n",
              "GET /.env 404 61 not in the package: names starting with '.' are never packed\n",

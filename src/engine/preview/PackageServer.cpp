@@ -88,14 +88,25 @@ void refuseMethod(httplib::Request& request, httplib::Response& response) {
 }
 
 // The target as the log shows it: control characters, which a client could
-// send to forge lines, are escaped.
+// send to forge lines or drive the terminal, are escaped: those of ASCII
+// and the C1 ones in their UTF-8 form (C2 80 to C2 9F), which a UTF-8
+// terminal takes as controls too.
 std::string printable(std::string_view target) {
     std::string shown;
-    for (const unsigned char c : target) {
-        if (c < 0x20 || c == 0x7f) {
-            char escape[4];
-            std::snprintf(escape, sizeof escape, "%%%02X", c);
-            shown += escape;
+    const auto escape = [&shown](unsigned char c) {
+        char escaped[4];
+        std::snprintf(escaped, sizeof escaped, "%%%02X", c);
+        shown += escaped;
+    };
+    for (size_t at = 0; at < target.size(); ++at) {
+        const auto c = static_cast<unsigned char>(target[at]);
+        const auto next = at + 1 < target.size() ? static_cast<unsigned char>(target[at + 1]) : 0;
+        if (c == 0xC2 && next >= 0x80 && next <= 0x9F) {
+            escape(c);
+            escape(next);
+            ++at;
+        } else if (c < 0x20 || c == 0x7f) {
+            escape(c);
         } else {
             shown += static_cast<char>(c);
         }
