@@ -34,6 +34,16 @@ Ref<BinaryStream> openPackageStream(const std::string& path) {
     return stream;
 }
 
+Ref<BinaryStream> secondStreamOf(int fd, const std::string& path) {
+    const int copy = systemCalls.fcntl(fd, F_DUPFD_CLOEXEC, 0);
+    if (copy < 0) {
+        failSystem(path, errno);
+    }
+    auto stream = New<BinaryStream>(copy, false);
+    stream->UseIOExceptions = true;
+    return stream;
+}
+
 vxpkRecordReader openPackage(const std::string& path) {
     const Ref<BinaryStream> stream = openPackageStream(path);
     return withPackage(path, [&] { return vxpkRecordReader(stream); });

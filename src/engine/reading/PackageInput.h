@@ -11,6 +11,10 @@ namespace vx::engine {
 int openPackageFile(const std::string& path);
 // The same as a stream that raises.
 Ref<BinaryStream> openPackageStream(const std::string& path);
+// A second descriptor of the package open at fd, as a stream that raises,
+// for the record reader, which closes what it is given: the walk then reads
+// the very file the caller holds, whatever happens to its name meanwhile.
+Ref<BinaryStream> secondStreamOf(int fd, const std::string& path);
 
 // Opens the package at path for the strict reader, which has read and
 // checked its header.

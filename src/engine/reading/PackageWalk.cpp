@@ -1,6 +1,7 @@
 #include "engine/reading/PackageWalk.h"
 
 #include "container/vxpkTreeCheck.h"
+#include "engine/core/OwnedDescriptor.h"
 #include "engine/reading/PackageInput.h"
 
 namespace vx::engine {
@@ -21,10 +22,18 @@ uint64_t WalkRecords(vxpkRecordReader& reader, const EntryVisitor& visit) {
 }
 
 PackageSummary WalkPackage(const std::string& path, const EntryVisitor& visit) {
-    vxpkRecordReader reader = openPackage(path);
-    PackageSummary summary{.header = reader.header(), .packageBytes = reader.packageSize()};
-    summary.records = withPackage(path, [&] { return WalkRecords(reader, visit); });
-    return summary;
+    const OwnedDescriptor file(openPackageFile(path));
+    return WalkOpenPackage(path, file.fd(), visit);
+}
+
+PackageSummary WalkOpenPackage(const std::string& path, int fd, const EntryVisitor& visit) {
+    const Ref<BinaryStream> stream = secondStreamOf(fd, path);
+    return withPackage(path, [&] {
+        vxpkRecordReader reader(stream);
+        PackageSummary summary{.header = reader.header(), .packageBytes = reader.packageSize()};
+        summary.records = WalkRecords(reader, visit);
+        return summary;
+    });
 }
 
 }  // namespace vx::engine
