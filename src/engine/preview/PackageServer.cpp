@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "engine/core/EngineFailure.h"
-#include "engine/preview/PackageBytes.h"
 #include "engine/preview/ResponsePlan.h"
+#include "engine/reading/PackageBytes.h"
 #include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {

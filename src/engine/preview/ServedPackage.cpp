@@ -5,7 +5,7 @@
 #include "engine/core/EngineFailure.h"
 #include "engine/preview/EntityTag.h"
 #include "engine/preview/MainFile.h"
-#include "engine/preview/PackageBytes.h"
+#include "engine/reading/PackageBytes.h"
 #include "engine/reading/PackageInput.h"
 #include "engine/reading/PackageWalk.h"
 #include "runtime/files/SystemCalls.h"
