@@ -5,6 +5,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "engine/preview/MainFile.h"
 #include "engine/reading/PackageWalk.h"
 
 namespace vx::engine {
@@ -39,7 +40,7 @@ private:
         }
     };
     std::unordered_map<std::string, IndexedRecord, Hash, std::equal_to<>> records_;
-    std::string mainFile_ = "index.html";
+    std::string mainFile_{kIndexPage};
     std::string identity_;
 };
 
