@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "engine/core/EngineFailure.h"
+#include "engine/preview/RequestPath.h"
 #include "engine/preview/ResponsePlan.h"
 #include "engine/reading/PackageBytes.h"
 #include "runtime/files/SystemCalls.h"
@@ -93,20 +94,14 @@ void refuseMethod(httplib::Request& request, httplib::Response& response) {
 // terminal takes as controls too.
 std::string printable(std::string_view target) {
     std::string shown;
-    const auto escape = [&shown](unsigned char c) {
-        char escaped[4];
-        std::snprintf(escaped, sizeof escaped, "%%%02X", c);
-        shown += escaped;
-    };
     for (size_t at = 0; at < target.size(); ++at) {
         const auto c = static_cast<unsigned char>(target[at]);
         const auto next = at + 1 < target.size() ? static_cast<unsigned char>(target[at + 1]) : 0;
         if (c == 0xC2 && next >= 0x80 && next <= 0x9F) {
-            escape(c);
-            escape(next);
+            shown += PercentEscape(c) + PercentEscape(next);
             ++at;
         } else if (c < 0x20 || c == 0x7f) {
-            escape(c);
+            shown += PercentEscape(c);
         } else {
             shown += static_cast<char>(c);
         }

@@ -94,12 +94,16 @@ std::string EncodeRequestPath(std::string_view path) {
         if (unreserved(c)) {
             target += static_cast<char>(c);
         } else {
-            char escape[4];
-            std::snprintf(escape, sizeof escape, "%%%02X", c);
-            target += escape;
+            target += PercentEscape(c);
         }
     }
     return target;
+}
+
+std::string PercentEscape(unsigned char byte) {
+    char escape[4];
+    std::snprintf(escape, sizeof escape, "%%%02X", byte);
+    return escape;
 }
 
 }  // namespace vx::engine

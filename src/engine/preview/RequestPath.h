@@ -28,4 +28,7 @@ RequestPath DecodeRequestPath(std::string_view target);
 // so that DecodeRequestPath gives path back.
 std::string EncodeRequestPath(std::string_view path);
 
+// "%" and the byte's two upper-case hex digits.
+std::string PercentEscape(unsigned char byte);
+
 }  // namespace vx::engine
