@@ -1,5 +1,5 @@
-// Arbitrary requests to vxpk serve, as the lines "target", "Range value" and
-// "If-None-Match value", planned against a small package's index. Whatever
+// Arbitrary requests to vxpk serve, as the lines "target", "Range value",
+// "If-None-Match value" and "If-Range value", planned against a small package's index. Whatever
 // the request, the answer must be one of the statuses the server gives, and
 // its bytes must lie inside the contents of the one file that the target
 // names in the package: nothing else is ever read. A broken rule aborts.
@@ -67,7 +67,9 @@ void checkPlan(std::string_view target, const ResponsePlan& plan) {
     const bool answered = plan.status == 200 || plan.status == 206;
     require(answered || plan.length == 0);
     require(answered || plan.status == 304 || plan.status == 416 || plan.status == 400 ||
-            plan.status == 404);
+            plan.status == 404 || plan.status == 301 || plan.status == 302);
+    // A redirect leads to a path inside the package, never to another host.
+    require((plan.status != 301 && plan.status != 302) || DecodeRequestPath(plan.location).valid);
     if (answered) {
         const IndexedRecord* file = ResolvePath(package(), decoded.path).file;
         require(file != nullptr && !file->isFolder);
@@ -93,7 +95,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view target = nextLine(rest).value_or("");
     const auto range = nextLine(rest);
     const auto ifNoneMatch = nextLine(rest);
-    checkPlan(target, PlanResponse(package(), {target, range, ifNoneMatch}));
+    const auto ifRange = nextLine(rest);
+    checkPlan(target, PlanResponse(package(), {target, range, ifNoneMatch, ifRange}));
     if (range) {
         const ByteRange part = ParseByteRange(*range, 1000);
         require(part.kind != ByteRange::Kind::kPart ||

@@ -38,9 +38,11 @@ void serve(const ServeOptions& options) {
     if (options.open) {
         openInBrowser(url);
     }
-    // A signal stops the server, and main ends with 128 and its number.
-    const engine::InterruptibleWork work;
+    // A signal stops the server, and main ends with 128 and its number. The
+    // action comes first: a signal before the work begins then still ends
+    // the process, where one between the two would stop nothing.
     const engine::InterruptionAction stop([&server] { server.stop(); });
+    const engine::InterruptibleWork work;
     server.run();
 }
 
@@ -63,7 +65,8 @@ void addServeCommand(CLI::App& app) {
         "The first line on standard output is the URL, http://127.0.0.1:PORT/. Then each "
         "request is one line on standard error: method, target, status, body bytes and, for "
         "400 and 404, why. / answers the main file named by the package's package.json "
-        "(index.html without one), a folder its index.html. A package that is not sound is "
+        "(index.html without one), redirecting to it when it is in a folder; a folder answers its "
+        "index.html at its URL with a trailing /. A package that is not sound is "
         "refused as verify refuses it (exit 1). SIGINT, SIGTERM or SIGHUP stop it; it exits 130, "
         "143 or 129.");
     command->callback([options] { serve(*options); });

@@ -82,7 +82,9 @@ TEST_F(vxpkServeTest, rootAndFolders_answerTheMainFileAndIndexPages) {
     EXPECT_EQ(get(server, "/").body, "<h1>start</h1>");
     EXPECT_EQ(get(server, "/index.html").body, "<h1>index</h1>");
     EXPECT_EQ(get(server, "/docs/").body, "<h1>docs</h1>");
-    EXPECT_EQ(get(server, "/docs").body, "<h1>docs</h1>");
+    HttpAnswer folder = get(server, "/docs");
+    EXPECT_EQ(folder.status, 301);
+    EXPECT_EQ(folder.headers["location"], "/docs/");
     HttpAnswer big = get(server, "/data/big.bin");
     EXPECT_EQ(big.body, std::string(200000, 'b') + "end");
     EXPECT_EQ(big.headers["content-type"], "application/octet-stream");
@@ -100,6 +102,23 @@ TEST_F(vxpkServeTest, rootAndFolders_answerTheMainFileAndIndexPages) {
         EXPECT_EQ(answer.headers["content-type"], typed.type) << typed.target;
     }
     EXPECT_TRUE(server.logs("GET /css/site.css 200 31\n")) << server.errors();
+    EXPECT_TRUE(server.logs("GET /docs 301 0\n")) << server.errors();
+}
+
+TEST_F(vxpkServeTest, mainFileInAFolder_isWhereTheRootSendsTheBrowser) {
+    scratch.writeFile("nested/app/main page.html", "<link href=\"s.css\">");
+    scratch.writeFile("nested/package.json", R"({"main":"app/main page.html"})");
+    ASSERT_EQ(
+        RunVxpk({"pack", "nested", "nested.vxpk", "--name", "N", "--uid", "n"}, scratch.path())
+            .exitCode,
+        0);
+    ServeProcess server({"serve", "nested.vxpk"}, scratch.path());
+    ASSERT_FALSE(server.url().empty()) << server.errors();
+    HttpAnswer root = get(server, "/");
+    EXPECT_EQ(root.status, 302);
+    EXPECT_EQ(root.headers["location"], "/app/main%20page.html");
+    EXPECT_EQ(get(server, root.headers["location"]).body, "<link href=\"s.css\">");
+    EXPECT_TRUE(server.logs("GET / 302 0\n")) << server.errors();
 }
 
 TEST_F(vxpkServeTest, headRangesAndTags_answerAsHTTPSays) {
@@ -130,6 +149,14 @@ TEST_F(vxpkServeTest, headRangesAndTags_answerAsHTTPSays) {
     EXPECT_EQ(cached.status, 304);
     EXPECT_EQ(cached.body, "");
     EXPECT_EQ(get(server, "/css/site.css", {"-H", "If-None-Match: \"0-0\""}).status, 200);
+    // The library must not cut the whole answer to the Range after all.
+    HttpAnswer stale =
+        get(server, "/css/site.css", {"-H", "Range: bytes=0-0", "-H", "If-Range: \"0-0\""});
+    EXPECT_EQ(stale.status, 200);
+    EXPECT_EQ(stale.body.size(), 31u);
+    EXPECT_EQ(
+        get(server, "/css/site.css", {"-H", "Range: bytes=0-0", "-H", "If-Range: " + tag}).body,
+        "b");
 }
 
 TEST_F(vxpkServeTest, missingNames_are404WithTheReasonOnStandardError) {
@@ -141,13 +168,37 @@ TEST_F(vxpkServeTest, missingNames_are404WithTheReasonOnStandardError) {
     HttpAnswer missing = get(server, "/nothing.js", {"--compressed"});
     EXPECT_EQ(missing.status, 404);
     EXPECT_EQ(missing.body, "not in the package\n");
+    // The library refuses a Range it cannot read before the plan is asked.
+    EXPECT_EQ(get(server, "/nothing", {"-H", "Range: items=0-1"}).status, 416);
+    // Control characters, ASCII and C1 in UTF-8, would drive the terminal.
+    EXPECT_EQ(get(server,
+                  "/a\x1b\xC2\x9B"
+                  "2J\xC2\xA0")
+                  .status,
+              404);
     for (const std::string& line : std::vector<std::string>{
+             "GET /nothing 416 0\n", "GET /a%1B%C2%9B2J\xC2\xA0 404 ",
              "GET /_next/chunk.js 404 61 not in the package: names starting with '_' are never "
              "packed\n",
              "GET /.env 404 61 not in the package: names starting with '.' are never packed\n",
              "GET /nothing.js 404 " + missing.headers["content-length"] +
                  " not in the package\n"}) {
         EXPECT_TRUE(server.logs(line)) << line << server.errors();
+    }
+}
+
+TEST_F(vxpkServeTest, otherMethods_are405NamingTheTwoAnswered) {
+    ServeProcess server({"serve", "app.vxpk"}, scratch.path());
+    ASSERT_FALSE(server.url().empty()) << server.errors();
+    for (const std::vector<std::string>& method :
+         {std::vector<std::string>{"-X", "POST", "--data", "x=1"},
+          {"-X", "PUT", "--data", "x"},
+          {"-X", "OPTIONS"},
+          {"-X", "DELETE"}}) {
+        HttpAnswer refused = get(server, "/index.html", method);
+        EXPECT_EQ(refused.status, 405) << method[1];
+        EXPECT_EQ(refused.headers["allow"], "GET, HEAD") << method[1];
+        EXPECT_TRUE(server.logs(method[1] + " /index.html 405 ")) << server.errors();
     }
 }
 

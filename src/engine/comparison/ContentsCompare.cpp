@@ -1,12 +1,11 @@
 #include "engine/comparison/ContentsCompare.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cerrno>
 #include <utility>
 
 #include "engine/core/EngineFailure.h"
-#include "runtime/files/FileErrorCode.h"
-#include "runtime/files/FullCalls.h"
+#include "engine/reading/PackageBytes.h"
 
 namespace vx::engine {
 namespace {
@@ -18,16 +17,17 @@ constexpr std::size_t kBlockBytes = std::size_t{256} << 10;
 }  // namespace
 
 ContentsCompare::ContentsCompare(Package before, Package after)
-    : before_(std::move(before)), after_(std::move(after)), buffers_(2 * kBlockBytes) {}
+    : before_(std::move(before)), after_(std::move(after)) {
+    beforeBlock_.reserve(kBlockBytes);
+    afterBlock_.reserve(kBlockBytes);
+}
 
 bool ContentsCompare::same(uint64_t beforeOffset, uint64_t afterOffset, uint64_t length) {
-    char* const beforeBlock = buffers_.data();
-    char* const afterBlock = buffers_.data() + kBlockBytes;
     for (uint64_t done = 0; done < length;) {
         const auto count = static_cast<std::size_t>(std::min<uint64_t>(length - done, kBlockBytes));
-        readBlock(before_, beforeBlock, count, beforeOffset + done);
-        readBlock(after_, afterBlock, count, afterOffset + done);
-        if (std::memcmp(beforeBlock, afterBlock, count) != 0) {
+        readBlock(before_, beforeBlock_, count, beforeOffset + done);
+        readBlock(after_, afterBlock_, count, afterOffset + done);
+        if (beforeBlock_ != afterBlock_) {
             return false;
         }
         done += count;
@@ -35,16 +35,11 @@ bool ContentsCompare::same(uint64_t beforeOffset, uint64_t afterOffset, uint64_t
     return true;
 }
 
-void ContentsCompare::readBlock(const Package& package, char* into, std::size_t count,
+void ContentsCompare::readBlock(const Package& package, std::string& into, std::size_t count,
                                 uint64_t offset) const {
-    const FullResult read = readFullyAt(package.fd, into, count, offset);
-    if (read.error != 0) {
-        failSystem(package.path, read.error);
-    }
     // The walk found the package whole; one that is shorter now changed since.
-    if (read.bytes < count) {
-        throw EngineFailure(FailureKind::kSystem,
-                            package.path + ": " + describeFileError(EndOfStreamErrorCode));
+    if (!ReadPackageBytes(package.fd, offset, count, into)) {
+        failSystem(package.path, errno);
     }
 }
 

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace vx::engine {
 
@@ -25,11 +24,13 @@ public:
     bool same(uint64_t beforeOffset, uint64_t afterOffset, uint64_t length);
 
 private:
-    void readBlock(const Package& package, char* into, std::size_t count, uint64_t offset) const;
+    void readBlock(const Package& package, std::string& into, std::size_t count,
+                   uint64_t offset) const;
 
     Package before_;
     Package after_;
-    std::vector<char> buffers_;
+    std::string beforeBlock_;
+    std::string afterBlock_;
 };
 
 }  // namespace vx::engine

@@ -68,10 +68,12 @@ std::vector<PathChange> pathChanges(const PackageIndex& before, const PackageInd
 }  // namespace
 
 PackageDifferences DiffPackages(const std::string& before, const std::string& after) {
-    const PackageIndex beforeIndex = IndexPackage(before);
-    const PackageIndex afterIndex = IndexPackage(after);
+    // Each package is opened once, so that its contents are read from the
+    // very file that was walked, even if it is replaced meanwhile.
     const OwnedDescriptor beforeFile(openPackageFile(before));
     const OwnedDescriptor afterFile(openPackageFile(after));
+    const PackageIndex beforeIndex = IndexPackage(before, beforeFile.fd());
+    const PackageIndex afterIndex = IndexPackage(after, afterFile.fd());
     ContentsCompare contents({before, beforeFile.fd()}, {after, afterFile.fd()});
     return {.header = headerChanges(beforeIndex.header, afterIndex.header),
             .paths = pathChanges(beforeIndex, afterIndex, contents)};

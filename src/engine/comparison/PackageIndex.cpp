@@ -4,10 +4,10 @@
 
 namespace vx::engine {
 
-PackageIndex IndexPackage(const std::string& path) {
+PackageIndex IndexPackage(const std::string& path, int fd) {
     PackageIndex index;
-    const PackageSummary summary =
-        WalkPackage(path, [&](const PackageEntry& entry) { index.entries.push_back(entry); });
+    const PackageSummary summary = WalkOpenPackage(
+        path, fd, [&](const PackageEntry& entry) { index.entries.push_back(entry); });
     index.header = summary.header;
     // The tree rules admit no path twice, so the order is total.
     std::sort(index.entries.begin(), index.entries.end(),

@@ -16,8 +16,9 @@ struct PackageIndex {
     std::vector<PackageEntry> entries;
 };
 
-// Walks the package at path once; a package that is not sound or cannot be
-// read ends it with EngineFailure, as WalkPackage does.
-PackageIndex IndexPackage(const std::string& path);
+// Walks the package open at fd, named path in failures, once; a package that
+// is not sound or cannot be read ends it with EngineFailure, as WalkPackage
+// does.
+PackageIndex IndexPackage(const std::string& path, int fd);
 
 }  // namespace vx::engine

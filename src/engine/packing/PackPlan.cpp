@@ -11,6 +11,7 @@
 #include "container/vxpkFormat.h"
 #include "engine/core/EngineFailure.h"
 #include "engine/core/Interruption.h"
+#include "engine/core/NeverPacked.h"
 #include "engine/core/OwnedDescriptor.h"
 #include "runtime/files/SystemCalls.h"
 
@@ -49,7 +50,7 @@ private:
 };
 
 bool isLeftOut(const std::string& name) {
-    return name.front() == '.' || name.front() == '_';
+    return IsNeverPacked(name);
 }
 
 void checkNames(const PlannedItem& item) {

@@ -15,12 +15,22 @@ std::string_view trimmed(std::string_view text) {
 
 }  // namespace
 
-std::string EntityTagOf(const IndexedRecord& file) {
-    char tag[48];
-    std::snprintf(tag, sizeof tag, "\"%llx-%llx\"",
+std::string PackageIdentityOf(const struct stat& info) {
+    const auto nanoseconds = static_cast<unsigned long long>(info.st_mtim.tv_sec) * 1000000000ULL +
+                             static_cast<unsigned long long>(info.st_mtim.tv_nsec);
+    char identity[64];
+    std::snprintf(identity, sizeof identity, "%llx-%llx-%llx",
+                  static_cast<unsigned long long>(info.st_ino),
+                  static_cast<unsigned long long>(info.st_size), nanoseconds);
+    return identity;
+}
+
+std::string EntityTagOf(std::string_view packageIdentity, const IndexedRecord& file) {
+    char place[40];
+    std::snprintf(place, sizeof place, "%llx-%llx",
                   static_cast<unsigned long long>(file.recordOffset),
                   static_cast<unsigned long long>(file.size));
-    return tag;
+    return "\"" + std::string(packageIdentity) + "-" + place + "\"";
 }
 
 bool NoneMatchNames(std::string_view header, std::string_view tag) {

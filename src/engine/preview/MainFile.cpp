@@ -8,8 +8,6 @@
 namespace vx::engine {
 namespace {
 
-constexpr std::string_view kDefault = "index.html";
-
 std::string declaredMain(std::string_view packageJson) {
     try {
         const auto document = New<JSONItem>(String(packageJson, Encodings::UTF8));
@@ -30,7 +28,7 @@ std::string MainFileFrom(std::string_view packageJson) {
     while (main.starts_with("./") || main.starts_with('/')) {
         main.erase(0, main.starts_with('/') ? 1 : 2);
     }
-    return main.empty() ? std::string(kDefault) : main;
+    return main.empty() ? std::string(kIndexPage) : main;
 }
 
 }  // namespace vx::engine

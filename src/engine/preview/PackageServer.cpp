@@ -9,8 +9,9 @@
 #include <thread>
 
 #include "engine/core/EngineFailure.h"
-#include "engine/preview/PackageBytes.h"
+#include "engine/preview/RequestPath.h"
 #include "engine/preview/ResponsePlan.h"
+#include "engine/reading/PackageBytes.h"
 #include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
@@ -51,7 +52,8 @@ void fillBody(int fd, const ResponsePlan& plan, httplib::Response& response) {
 ResponsePlan planFor(const ServedPackage& package, const httplib::Request& request) {
     return PlanResponse(package.index(), {.target = request.target,
                                           .range = headerOf(request, "Range"),
-                                          .ifNoneMatch = headerOf(request, "If-None-Match")});
+                                          .ifNoneMatch = headerOf(request, "If-None-Match"),
+                                          .ifRange = headerOf(request, "If-Range")});
 }
 
 void answer(const ServedPackage& package, const httplib::Request& request,
@@ -60,6 +62,10 @@ void answer(const ServedPackage& package, const httplib::Request& request,
     response.status = plan.status;
     if (!plan.reason.empty()) {
         response.set_content(plan.reason + "\n", "text/plain; charset=utf-8");
+        return;
+    }
+    if (!plan.location.empty()) {
+        response.set_header("Location", plan.location);
         return;
     }
     response.set_header("ETag", plan.etag);
@@ -72,15 +78,30 @@ void answer(const ServedPackage& package, const httplib::Request& request,
     }
 }
 
+// A request with any other method may carry a body, which is never read,
+// so the connection cannot carry another request after it.
+void refuseMethod(httplib::Request& request, httplib::Response& response) {
+    response.status = 405;
+    response.set_header("Allow", "GET, HEAD");
+    response.set_content("only GET and HEAD are answered\n", "text/plain; charset=utf-8");
+    request.headers.erase("Connection");
+    request.headers.emplace("Connection", "close");
+}
+
 // The target as the log shows it: control characters, which a client could
-// send to forge lines, are escaped.
+// send to forge lines or drive the terminal, are escaped: those of ASCII
+// and the C1 ones in their UTF-8 form (C2 80 to C2 9F), which a UTF-8
+// terminal takes as controls too.
 std::string printable(std::string_view target) {
     std::string shown;
-    for (const unsigned char c : target) {
-        if (c < 0x20 || c == 0x7f) {
-            char escape[4];
-            std::snprintf(escape, sizeof escape, "%%%02X", c);
-            shown += escape;
+    for (size_t at = 0; at < target.size(); ++at) {
+        const auto c = static_cast<unsigned char>(target[at]);
+        const auto next = at + 1 < target.size() ? static_cast<unsigned char>(target[at + 1]) : 0;
+        if (c == 0xC2 && next >= 0x80 && next <= 0x9F) {
+            shown += PercentEscape(c) + PercentEscape(next);
+            ++at;
+        } else if (c < 0x20 || c == 0x7f) {
+            shown += PercentEscape(c);
         } else {
             shown += static_cast<char>(c);
         }
@@ -89,19 +110,21 @@ std::string printable(std::string_view target) {
 }
 
 // The reason comes from planning the request again, which is cheap and
-// reads nothing: the body that carried it may have been compressed by now,
-// and the library answers some requests without asking the handler.
+// reads nothing: the body that carried it may have been compressed by now.
+// The library answers some requests without asking the handler (a Range it
+// cannot parse, a method it does not know), so a reason belongs to the
+// answer only when the plan gives the status that was sent.
 void logRequest(const ServedPackage& package, const httplib::Request& request,
                 const httplib::Response& response) {
     const std::string bytes =
         request.method == "HEAD" ? "0" : response.get_header_value("Content-Length");
     std::string line = request.method + " " + printable(request.target) + " " +
                        std::to_string(response.status) + " " + (bytes.empty() ? "0" : bytes);
-    const bool planned = request.method == "GET" || request.method == "HEAD";
-    if (const std::string reason =
-            response.status >= 400 && planned ? planFor(package, request).reason : std::string();
-        !reason.empty()) {
-        line += " " + reason;
+    if (response.status >= 400) {
+        if (const ResponsePlan plan = planFor(package, request);
+            plan.status == response.status && !plan.reason.empty()) {
+            line += " " + plan.reason;
+        }
     }
     std::fputs((line + "\n").c_str(), stderr);
 }
@@ -124,19 +147,22 @@ PackageServer::PackageServer(const ServedPackage& package)
     // Headers and body leave in separate writes; without this the second
     // waits for the client's delayed acknowledgement, some 40 ms a request.
     server_->set_tcp_nodelay(true);
-    // Every GET and HEAD is answered here, before the library's routing,
-    // which would match a pattern for each request to find the one handler.
-    // The library would also apply the Range header again to whatever is
-    // answered, and gets unsatisfiable ones wrong; the plan answers ranges
-    // itself, so the library is given none. The request is the library's own
-    // non-const object, handed over as const.
+    // Every request is answered here, before the library's routing, which
+    // would match a pattern for each request to find the one handler, and
+    // would answer other methods 400 or 404. The library would also apply
+    // the Range header again to whatever is answered, and gets unsatisfiable
+    // ones wrong; the plan answers ranges itself, so the library is given
+    // none. The request is the library's own non-const object, handed over
+    // as const.
     server_->set_pre_routing_handler(
         [this](const httplib::Request& request, httplib::Response& response) {
+            auto& asked = const_cast<httplib::Request&>(request);
             if (request.method != "GET" && request.method != "HEAD") {
-                return httplib::Server::HandlerResponse::Unhandled;
+                refuseMethod(asked, response);
+            } else {
+                asked.ranges.clear();
+                answer(package_, request, response);
             }
-            const_cast<httplib::Request&>(request).ranges.clear();
-            answer(package_, request, response);
             return httplib::Server::HandlerResponse::Handled;
         });
     server_->set_logger([this](const httplib::Request& request, const httplib::Response& response) {

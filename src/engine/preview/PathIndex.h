@@ -5,6 +5,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "engine/preview/MainFile.h"
 #include "engine/reading/PackageWalk.h"
 
 namespace vx::engine {
@@ -17,8 +18,8 @@ struct IndexedRecord {
     uint64_t size = 0;
 };
 
-// The paths of a package mapped to their records, and the file the host
-// loads first; built once, then only read, by any number of threads.
+// The paths of a package mapped to their records, the file the host loads
+// first and the package's identity; built once, then only read, by any number of threads.
 class PathIndex {
 public:
     void add(const PackageEntry& entry);
@@ -27,6 +28,9 @@ public:
 
     const std::string& mainFile() const { return mainFile_; }
     void setMainFile(std::string path) { mainFile_ = std::move(path); }
+    // The package's identity, part of every ETag.
+    const std::string& identity() const { return identity_; }
+    void setIdentity(std::string identity) { identity_ = std::move(identity); }
 
 private:
     struct Hash {
@@ -36,7 +40,8 @@ private:
         }
     };
     std::unordered_map<std::string, IndexedRecord, Hash, std::equal_to<>> records_;
-    std::string mainFile_ = "index.html";
+    std::string mainFile_{kIndexPage};
+    std::string identity_;
 };
 
 }  // namespace vx::engine

@@ -1,20 +1,22 @@
 #include "engine/preview/PathResolution.h"
 
+#include <algorithm>
 #include <string_view>
+
+#include "engine/core/NeverPacked.h"
+#include "engine/preview/MainFile.h"
 
 namespace vx::engine {
 namespace {
 
-constexpr std::string_view kIndexFile = "index.html";
-
 // The first character of a component that the packer never packs, or 0.
 char unpackedMark(std::string_view path) {
     for (size_t start = 0; start < path.size();) {
-        if (path[start] == '.' || path[start] == '_') {
+        const size_t end = std::min(path.find('/', start), path.size());
+        if (IsNeverPacked(path.substr(start, end - start))) {
             return path[start];
         }
-        const size_t slash = path.find('/', start);
-        start = slash == std::string_view::npos ? path.size() : slash + 1;
+        start = end + 1;
     }
     return 0;
 }
@@ -40,10 +42,10 @@ PathResolution ResolvePath(const PathIndex& index, const std::string& path) {
     if (!record->isFolder) {
         return {.file = record, .path = asked, .reason = {}};
     }
-    const std::string inside = asked + "/" + std::string(kIndexFile);
+    const std::string inside = asked + "/" + std::string(kIndexPage);
     const IndexedRecord* page = index.find(inside);
     if (page == nullptr || page->isFolder) {
-        return missing(inside, " (the folder has no index.html)");
+        return missing(inside, " (the folder has no " + std::string(kIndexPage) + ")");
     }
     return {.file = page, .path = inside, .reason = {}};
 }

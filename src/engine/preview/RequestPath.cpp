@@ -1,5 +1,6 @@
 #include "engine/preview/RequestPath.h"
 
+#include <cstdio>
 #include <optional>
 
 #include "runtime/text/Hex.h"
@@ -49,7 +50,12 @@ std::string_view componentRefusal(std::string_view component) {
 }
 
 RequestPath refuse(std::string_view reason) {
-    return {.valid = false, .path = {}, .refusal = std::string(reason)};
+    return {.valid = false, .path = {}, .folderForm = false, .refusal = std::string(reason)};
+}
+
+bool unreserved(unsigned char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
+           c == '.' || c == '_' || c == '~' || c == '/';
 }
 
 }  // namespace
@@ -64,11 +70,12 @@ RequestPath DecodeRequestPath(std::string_view target) {
         return refuse("a malformed percent escape");
     }
     std::string_view rest = *decoded;
-    if (rest.ends_with('/')) {
+    const bool folderForm = rest.ends_with('/');
+    if (folderForm) {
         rest.remove_suffix(1);
     }
     if (rest.empty() && decoded->empty()) {
-        return {.valid = true, .path = {}, .refusal = {}};
+        return {.valid = true, .path = {}, .folderForm = true, .refusal = {}};
     }
     for (size_t start = 0; start <= rest.size();) {
         const size_t end = std::min(rest.find('/', start), rest.size());
@@ -78,7 +85,25 @@ RequestPath DecodeRequestPath(std::string_view target) {
         }
         start = end + 1;
     }
-    return {.valid = true, .path = std::string(rest), .refusal = {}};
+    return {.valid = true, .path = std::string(rest), .folderForm = folderForm, .refusal = {}};
+}
+
+std::string EncodeRequestPath(std::string_view path) {
+    std::string target = "/";
+    for (const unsigned char c : path) {
+        if (unreserved(c)) {
+            target += static_cast<char>(c);
+        } else {
+            target += PercentEscape(c);
+        }
+    }
+    return target;
+}
+
+std::string PercentEscape(unsigned char byte) {
+    char escape[4];
+    std::snprintf(escape, sizeof escape, "%%%02X", byte);
+    return escape;
 }
 
 }  // namespace vx::engine

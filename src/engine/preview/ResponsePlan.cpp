@@ -1,5 +1,7 @@
 #include "engine/preview/ResponsePlan.h"
 
+#include <algorithm>
+
 #include "engine/preview/ByteRange.h"
 #include "engine/preview/ContentTypes.h"
 #include "engine/preview/EntityTag.h"
@@ -40,6 +42,19 @@ void applyRange(ResponsePlan& plan, const IndexedRecord& file,
     }
 }
 
+ResponsePlan redirect(int status, std::string location) {
+    ResponsePlan plan;
+    plan.status = status;
+    plan.location = std::move(location);
+    return plan;
+}
+
+// The target with "/" after its path, its query kept.
+std::string withFolderSlash(std::string_view target) {
+    const size_t end = std::min(target.find_first_of("?#"), target.size());
+    return std::string(target.substr(0, end)) + "/" + std::string(target.substr(end));
+}
+
 }  // namespace
 
 ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request) {
@@ -51,14 +66,23 @@ ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request) {
     if (found.file == nullptr) {
         return refusal(404, found.reason);
     }
+    if (asked.path.empty() && found.path.find('/') != std::string::npos) {
+        return redirect(302, EncodeRequestPath(found.path));
+    }
+    if (!asked.folderForm && found.path != asked.path) {
+        return redirect(301, withFolderSlash(request.target));
+    }
     ResponsePlan plan;
-    plan.etag = EntityTagOf(*found.file);
+    plan.etag = EntityTagOf(index.identity(), *found.file);
     if (request.ifNoneMatch && NoneMatchNames(*request.ifNoneMatch, plan.etag)) {
         plan.status = 304;
         return plan;
     }
     plan.contentType = ContentTypeOf(found.path);
-    applyRange(plan, *found.file, request.range);
+    // Strong comparison: a weak tag, or a date (no Last-Modified is ever
+    // sent), cannot vouch that the part asked for fits the copy held.
+    const bool rangeHolds = !request.ifRange || *request.ifRange == plan.etag;
+    applyRange(plan, *found.file, rangeHolds ? request.range : std::nullopt);
     return plan;
 }
 

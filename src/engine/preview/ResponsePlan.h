@@ -10,11 +10,13 @@
 namespace vx::engine {
 
 // What the server was asked: the raw request target, before any decoding,
-// and the two headers that change the answer.
+// and the headers that change the answer.
 struct RequestFacts {
     std::string_view target;
     std::optional<std::string_view> range;
     std::optional<std::string_view> ifNoneMatch;
+    // The Range applies only while this names the file's current tag.
+    std::optional<std::string_view> ifRange;
 };
 
 // The whole answer to one GET or HEAD, decided without reading a byte of
@@ -28,6 +30,8 @@ struct ResponsePlan {
     std::string etag;
     // For 206 ("bytes A-B/SIZE") and 416 ("bytes */SIZE").
     std::string contentRange;
+    // For 301 and 302: the target that answers instead.
+    std::string location;
     // The body: length bytes of the package from offset.
     uint64_t offset = 0;
     uint64_t length = 0;
@@ -35,8 +39,11 @@ struct ResponsePlan {
     std::string reason;
 };
 
-// Decodes and resolves the target in the index, then applies If-None-Match
-// and Range to the file found. Nothing outside the index can be named, so
+// Decodes and resolves the target in the index, then applies If-None-Match,
+// and Range unless If-Range names another version, to the file found. A page must be answered at
+// its own URL for its relative links to work: a folder asked for without its "/" is sent there
+// (301), and "/" is sent to a main file below the root (302); one at the
+// root answers "/" itself. Nothing outside the index can be named, so
 // nothing outside the package can be read.
 ResponsePlan PlanResponse(const PathIndex& index, const RequestFacts& request);
 

@@ -28,21 +28,31 @@ int openPackageFile(const std::string& path) {
     return fd;
 }
 
-Ref<BinaryStream> openPackageStream(const std::string& path) {
-    return packageStream(openPackageFile(path));
-}
+namespace {
 
-Ref<BinaryStream> packageStream(int fd) {
+// The stream owns fd.
+Ref<BinaryStream> streamOf(int fd) {
     auto stream = New<BinaryStream>(fd, false);
     stream->UseIOExceptions = true;
     return stream;
 }
 
-vxpkRecordReader openPackage(const std::string& path) {
-    return openPackage(path, openPackageStream(path));
+}  // namespace
+
+Ref<BinaryStream> openPackageStream(const std::string& path) {
+    return streamOf(openPackageFile(path));
 }
 
-vxpkRecordReader openPackage(const std::string& path, const Ref<BinaryStream>& stream) {
+Ref<BinaryStream> secondStreamOf(int fd, const std::string& path) {
+    const int copy = systemCalls.fcntl(fd, F_DUPFD_CLOEXEC, 0);
+    if (copy < 0) {
+        failSystem(path, errno);
+    }
+    return streamOf(copy);
+}
+
+vxpkRecordReader openPackage(const std::string& path) {
+    const Ref<BinaryStream> stream = openPackageStream(path);
     return withPackage(path, [&] { return vxpkRecordReader(stream); });
 }
 

@@ -11,14 +11,14 @@ namespace vx::engine {
 int openPackageFile(const std::string& path);
 // The same as a stream that raises.
 Ref<BinaryStream> openPackageStream(const std::string& path);
-// The package open at fd as a stream that raises; the stream owns fd.
-Ref<BinaryStream> packageStream(int fd);
+// A second descriptor of the package open at fd, as a stream that raises,
+// for the record reader, which closes what it is given: the walk then reads
+// the very file the caller holds, whatever happens to its name meanwhile.
+Ref<BinaryStream> secondStreamOf(int fd, const std::string& path);
 
 // Opens the package at path for the strict reader, which has read and
 // checked its header.
 vxpkRecordReader openPackage(const std::string& path);
-// The same on stream, the package at path.
-vxpkRecordReader openPackage(const std::string& path, const Ref<BinaryStream>& stream);
 
 // Runs body, turning the reader's findings into the command's failures named
 // after the package: a problem of the package is unacceptable, a failed read

@@ -1,13 +1,8 @@
 #include "engine/reading/PackageWalk.h"
 
-#include <fcntl.h>
-
-#include <cerrno>
-
 #include "container/vxpkTreeCheck.h"
-#include "engine/core/EngineFailure.h"
+#include "engine/core/OwnedDescriptor.h"
 #include "engine/reading/PackageInput.h"
-#include "runtime/files/SystemCalls.h"
 
 namespace vx::engine {
 
@@ -26,30 +21,19 @@ uint64_t WalkRecords(vxpkRecordReader& reader, const EntryVisitor& visit) {
     return records;
 }
 
-namespace {
-
-PackageSummary Summarize(const std::string& path, vxpkRecordReader& reader,
-                         const EntryVisitor& visit) {
-    PackageSummary summary{.header = reader.header(), .packageBytes = reader.packageSize()};
-    summary.records = withPackage(path, [&] { return WalkRecords(reader, visit); });
-    return summary;
-}
-
-}  // namespace
-
 PackageSummary WalkPackage(const std::string& path, const EntryVisitor& visit) {
-    vxpkRecordReader reader = openPackage(path);
-    return Summarize(path, reader, visit);
+    const OwnedDescriptor file(openPackageFile(path));
+    return WalkOpenPackage(path, file.fd(), visit);
 }
 
-PackageSummary WalkPackage(const std::string& path, int fd, const EntryVisitor& visit) {
-    // The stream closes its own copy of the descriptor.
-    const int copy = systemCalls.fcntl(fd, F_DUPFD_CLOEXEC, 0);
-    if (copy < 0) {
-        failSystem(path, errno);
-    }
-    vxpkRecordReader reader = openPackage(path, packageStream(copy));
-    return Summarize(path, reader, visit);
+PackageSummary WalkOpenPackage(const std::string& path, int fd, const EntryVisitor& visit) {
+    const Ref<BinaryStream> stream = secondStreamOf(fd, path);
+    return withPackage(path, [&] {
+        vxpkRecordReader reader(stream);
+        PackageSummary summary{.header = reader.header(), .packageBytes = reader.packageSize()};
+        summary.records = WalkRecords(reader, visit);
+        return summary;
+    });
 }
 
 }  // namespace vx::engine

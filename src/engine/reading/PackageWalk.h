@@ -43,8 +43,9 @@ struct PackageSummary {
 // package that is not sound ends it with EngineFailure, unacceptable, a failed
 // read with a system one.
 PackageSummary WalkPackage(const std::string& path, const EntryVisitor& visit);
-// The same of the package at path that fd holds open. fd stays the caller's,
-// so that the very bytes walked can be read again, whatever replaces path.
-PackageSummary WalkPackage(const std::string& path, int fd, const EntryVisitor& visit);
+// The same for the package open at fd, named path in failures, walked
+// through a second descriptor of it, so that the caller reads contents from
+// the very file that was walked.
+PackageSummary WalkOpenPackage(const std::string& path, int fd, const EntryVisitor& visit);
 
 }  // namespace vx::engine

@@ -66,7 +66,7 @@ SignOutcome SignPackage(const SignRequest& request) {
     // package is replaced while the password is typed.
     const OwnedDescriptor package(openPackageFile(request.package));
     const PackageSummary summary =
-        WalkPackage(request.package, package.fd(), [](const PackageEntry&) {});
+        WalkOpenPackage(request.package, package.fd(), [](const PackageEntry&) {});
     const std::string comment = TrustedComment(request, summary);
     const std::string signaturePath = request.signaturePath.empty()
                                           ? DefaultSignaturePath(request.package)

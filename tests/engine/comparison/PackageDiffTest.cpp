@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <stdio.h>
 
 #include <string>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "container/PackageBytes.h"
 #include "engine/comparison/PackageDiff.h"
 #include "engine/core/EngineFailure.h"
+#include "runtime/files/SystemCalls.h"
 #include "support/ScratchFolder.h"
 
 namespace vx {
@@ -121,6 +123,29 @@ TEST_F(PackageDiffTest, diff_headerChanged_givesTheChangedFieldsInTheirOrder) {
     ASSERT_EQ(newUid.header.size(), 1u);
     EXPECT_EQ(newUid.header[0].field, HeaderChange::Field::kUid);
     EXPECT_TRUE(diff(same, same).none());
+}
+
+// The package at the after path is replaced by another just after it is
+// opened: its contents must still come from the file that was walked.
+TEST_F(PackageDiffTest, diff_packageReplacedOnceOpened_readsTheFileItWalked) {
+    static std::string replacement;
+    static std::string replaced;
+    static SystemCalls real;
+    replacement = scratch.writeFile("other.vxpk", test::EncodePackage({FileRecord("a", "2")}));
+    replaced = scratch.writeFile("after.vxpk", test::EncodePackage({FileRecord("a", "1")}));
+    scratch.writeFile("before.vxpk", test::EncodePackage({FileRecord("a", "1")}));
+    real = systemCalls;
+    systemCalls.openat = [](int folder, const char* name, int flags, mode_t mode) {
+        const int fd = real.openat(folder, name, flags, mode);
+        if (name == replaced) {
+            ::rename(replacement.c_str(), replaced.c_str());
+        }
+        return fd;
+    };
+    const auto differences =
+        engine::DiffPackages(scratch.path("before.vxpk"), scratch.path("after.vxpk"));
+    systemCalls = real;
+    EXPECT_TRUE(differences.none());
 }
 
 TEST_F(PackageDiffTest, diff_eitherPackageUnsoundOrMissing_failsNamingIt) {

@@ -21,6 +21,7 @@ protected:
         add("docs/index.html", false, 40);
         add("Logo.PNG", false, 5);
         add("v1.2/notes", false, 5);
+        add("a b/%\xC3\xA9.html", false, 5);
     }
     void add(const std::string& path, bool isFolder, uint64_t size) {
         next_ += 1000;
@@ -32,8 +33,11 @@ protected:
                    .size = size});
     }
     ResponsePlan plan(std::string_view target, std::optional<std::string_view> range = {},
-                      std::optional<std::string_view> ifNoneMatch = {}) const {
-        return PlanResponse(index, {.target = target, .range = range, .ifNoneMatch = ifNoneMatch});
+                      std::optional<std::string_view> ifNoneMatch = {},
+                      std::optional<std::string_view> ifRange = {}) const {
+        return PlanResponse(
+            index,
+            {.target = target, .range = range, .ifNoneMatch = ifNoneMatch, .ifRange = ifRange});
     }
     uint64_t contentsOf(const std::string& path) const { return index.find(path)->contentsOffset; }
 
@@ -71,7 +75,6 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Found{"/", "index.html", "text/html; charset=utf-8"},
                       Found{"/?x=1", "index.html", "text/html; charset=utf-8"},
                       Found{"/css/site.css", "css/site.css", "text/css; charset=utf-8"},
-                      Found{"/docs", "docs/index.html", "text/html; charset=utf-8"},
                       Found{"/docs/", "docs/index.html", "text/html; charset=utf-8"},
                       Found{"/Logo.PNG", "Logo.PNG", "image/png"},
                       // A dot in a folder's name is no extension.
@@ -85,6 +88,37 @@ TEST_F(ResponsePlanTest, rootWithAMainFile_answersTheMainFile) {
     EXPECT_EQ(plan("/").status, 404);
     EXPECT_EQ(plan("/").reason, "not in the package (the main file)");
 }
+
+struct Redirect {
+    std::string mainFile;
+    std::string target;
+    int status;
+    std::string location;
+};
+
+void PrintTo(const Redirect& c, std::ostream* out) {
+    *out << ::testing::PrintToString(c.mainFile + " " + c.target);
+}
+
+class ResponsePlanRedirectTest : public ResponsePlanTest,
+                                 public ::testing::WithParamInterface<Redirect> {};
+
+// Relative links resolve against the URL, so a page is only answered at its own.
+TEST_P(ResponsePlanRedirectTest, pageAskedForByAnotherURL_isSentToItsOwn) {
+    index.setMainFile(GetParam().mainFile);
+    const ResponsePlan answer = plan(GetParam().target);
+    EXPECT_EQ(answer.status, GetParam().status);
+    EXPECT_EQ(answer.location, GetParam().location);
+    EXPECT_EQ(answer.length, 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Targets, ResponsePlanRedirectTest,
+    ::testing::Values(Redirect{"index.html", "/docs", 301, "/docs/"},
+                      Redirect{"index.html", "/docs?v=2", 301, "/docs/?v=2"},
+                      Redirect{"docs/index.html", "/", 302, "/docs/index.html"},
+                      Redirect{"docs", "/?v=2", 302, "/docs/index.html"},
+                      Redirect{"a b/%\xC3\xA9.html", "/", 302, "/a%20b/%25%C3%A9.html"}));
 
 struct Missing {
     std::string target;
@@ -163,6 +197,18 @@ TEST_F(ResponsePlanTest, rangeOfTheFile_answersThatPartOfItsRecord) {
 TEST_F(ResponsePlanTest, rangeWithCurrentTag_answersNotModified) {
     const std::string tag = plan("/index.html").etag;
     EXPECT_EQ(plan("/index.html", "bytes=0-1", tag).status, 304);
+}
+
+TEST_F(ResponsePlanTest, ifRange_keepsTheRangeOnlyForTheCurrentStrongTag) {
+    const std::string tag = plan("/css/site.css").etag;
+    EXPECT_EQ(plan("/css/site.css", "bytes=0-0", {}, tag).status, 206);
+    for (const std::string& other :
+         {std::string("\"other\""), "W/" + tag, std::string("Tue, 24 Nov 2026 10:00:00 GMT")}) {
+        const ResponsePlan whole = plan("/css/site.css", "bytes=0-0", {}, other);
+        EXPECT_EQ(whole.status, 200) << other;
+        EXPECT_EQ(whole.length, 10u) << other;
+        EXPECT_EQ(whole.contentRange, "") << other;
+    }
 }
 
 }  // namespace

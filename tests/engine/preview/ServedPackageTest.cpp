@@ -6,6 +6,7 @@
 #include "engine/core/EngineFailure.h"
 #include "engine/packing/PackFolder.h"
 #include "engine/preview/PackageServer.h"
+#include "engine/preview/ResponsePlan.h"
 #include "engine/preview/ServedPackage.h"
 #include "support/ChildProcess.h"
 #include "support/ScratchFolder.h"
@@ -43,6 +44,19 @@ TEST_F(ServedPackageTest, open_indexesEveryRecordAndReadsTheMainFile) {
     ASSERT_NE(package.index().find("app"), nullptr);
     EXPECT_TRUE(package.index().find("app")->isFolder);
     EXPECT_EQ(package.index().find("site"), nullptr);
+}
+
+// A package rebuilt with a change that keeps every size must not be taken
+// for the one a browser has cached.
+TEST_F(ServedPackageTest, samePlacesDifferentPackage_giveDifferentTags) {
+    const ServedPackage first(pack(R"({"a": 1})"));
+    const ServedPackage second(pack(R"({"b": 1})"));
+    const RequestFacts request{
+        .target = "/package.json", .range = {}, .ifNoneMatch = {}, .ifRange = {}};
+    EXPECT_EQ(first.index().find("package.json")->recordOffset,
+              second.index().find("package.json")->recordOffset);
+    EXPECT_NE(PlanResponse(first.index(), request).etag,
+              PlanResponse(second.index(), request).etag);
 }
 
 TEST_F(ServedPackageTest, unsoundOrUnreadable_isRefusedWithItsKind) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "engine/core/OwnedDescriptor.h"
-#include "engine/preview/PackageBytes.h"
+#include "engine/reading/PackageBytes.h"
 #include "support/ScratchFolder.h"
 #include "support/SystemCallFaults.h"
 

@@ -1,4 +1,4 @@
-#include "engine/preview/PackageBytes.h"
+#include "engine/reading/PackageBytes.h"
 
 #include <cerrno>
 
